@@ -1,0 +1,69 @@
+// A CIM object path: an optional namespace, a class name and ordered key
+// bindings.
+#ifndef ORV_CORE_API_CIMREFERENCE_H
+#define ORV_CORE_API_CIMREFERENCE_H
+
+#include "core_api/CIMValue.h"
+#include "core_api/ORVExport.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace NVRNORV20 {
+
+class ORVCORE_API TCIMReference {
+public:
+  using TKeyBinding = std::pair<std::string, TCIMValue>;
+
+  TCIMReference();
+  /// ns may be empty (no namespace). The map's bindings are taken in the
+  /// map's order.
+  TCIMReference(boost::shared_ptr<ICIMNamespace> ns,
+                const std::map<std::string, TCIMValue> &keyBindings);
+  TCIMReference(const TCIMReference &other);
+  TCIMReference &operator=(const TCIMReference &other);
+  ~TCIMReference();
+
+  void SetClassName(const std::string &name) { className = name; }
+  const std::string &GetClassName() const { return className; }
+
+  /// Held weakly (a namespace owns instances whose values hold references
+  /// to it); the namespace's name is kept for display.
+  void SetNamespace(boost::shared_ptr<ICIMNamespace> ns);
+  boost::shared_ptr<ICIMNamespace> GetNamespace() const;
+  const std::string &GetNamespaceName() const { return namespaceName; }
+
+  /// Appends a key binding; a name already bound (in any letter case) has
+  /// its value replaced in place.
+  void AddKeyValue(const std::string &name, const TCIMValue &value);
+  const std::vector<TKeyBinding> &GetKeyBindings() const { return keys; }
+  /// The bound value, or null when the name is not bound (any letter case).
+  TCIMValue GetKeyValue(const std::string &name) const;
+
+  /// The object path as text: "ns:Class.k1=\"v\",k2=3" (the namespace part
+  /// only when set; keys in binding order). It is also what the text
+  /// constructor of a reference value reads.
+  std::string ToString() const;
+
+  /// Same class name and keys (names compared without regard to letter
+  /// case, in order) and same namespace name.
+  bool operator==(const TCIMReference &other) const;
+  bool operator!=(const TCIMReference &other) const {
+    return !(*this == other);
+  }
+
+private:
+  boost::weak_ptr<ICIMNamespace> cimNamespace;
+  std::string namespaceName;
+  std::string className;
+  std::vector<TKeyBinding> keys;
+};
+
+} // namespace NVRNORV20
+
+#endif
