@@ -1,0 +1,263 @@
+// The CIM-XML parser: the tokenizer's handler that keeps a stack of parse
+// states, one kind of state per CIM-XML element, and hands every event to the
+// state on top. It contains errors: an element that a state rejects is logged
+// with its line and skipped, and the parse goes on.
+#ifndef ORV_CIMXML_CIMXMLPARSER_H
+#define ORV_CIMXML_CIMXMLPARSER_H
+
+#include "core_api/CIMInterfaces.h"
+#include "core_api/CIMValue.h"
+#include "core_api/ORVExport.h"
+#include "xml/XmlParser.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace NVRNORV20 {
+
+class ORVCIMXML_API TCIMXMLParser : public TXmlParser {
+public:
+  class TParseState;
+  using TParseStatePtr = boost::shared_ptr<TParseState>;
+
+  // Every parse state, by family; each family's header defines its states.
+  // Root and declaration groups:
+  class TStateStart;
+  class TStateCIM;
+  class TStateDeclaration;
+  class TStateDeclGroup;
+  class TStateDeclGroupWithName;
+  class TStateDeclGroupWithPath;
+  // Classes:
+  class TStateClass;
+  // Properties, declaration and value variants:
+  class TStatePropertyDecl;
+  class TStatePropertyArrayDecl;
+  class TStatePropertyReferenceDecl;
+  class TStateProperty;
+  class TStatePropertyArray;
+  class TStatePropertyReference;
+  // Qualifiers and values:
+  class TStateQualifier;
+  class TStateValue;
+  class TStateValueArray;
+  // Qualifier declarations:
+  class TStateQualifierDeclaration;
+  class TStateScope;
+  // Methods and parameters:
+  class TStateMethod;
+  class TStateParameter;
+  class TStateParameterReference;
+  class TStateParameterArray;
+  class TStateParameterRefArray;
+  // Instances and value objects:
+  class TStateInstance;
+  class TStateValueObject;
+  class TStateValueNamedInstance;
+  class TStateValueNamedObject;
+  class TStateValueObjectWithPath;
+  class TStateValueObjectWithLocalPath;
+  // Paths:
+  class TStateNamespacePath;
+  class TStateLocalNamespacePath;
+  class TStateHost;
+  class TStateNamespace;
+  class TStateClassPath;
+  class TStateLocalClassPath;
+  class TStateClassName;
+  class TStateInstancePath;
+  class TStateLocalInstancePath;
+  // Instance names, key bindings and references:
+  class TStateInstanceName;
+  class TStateKeyBinding;
+  class TStateKeyValue;
+  class TStateValueReference;
+  // Operation messages:
+  class TStateMessage;
+  class TStateMultiReq;
+  class TStateSimpleReq;
+  class TStateIMethodCall;
+  class TStateIParamValue;
+  class TStateSimpleRsp;
+  class TStateMethodResponse;
+  class TStateError;
+  class TStateIReturnValue;
+
+  /// The largest document, in bytes, that the loaders read whole; larger
+  /// ones are cut.
+  static const std::uint32_t kMaxSpecificationDocumentSize = 524288000;
+
+  /// Binds the parser to ns without keeping it alive, and pushes the
+  /// initial state, which accepts only the root element "cim".
+  explicit TCIMXMLParser(boost::shared_ptr<ICIMNamespace> ns);
+  /// Member-wise: a copy shares the state objects, not clones of them.
+  TCIMXMLParser(const TCIMXMLParser &other);
+  TCIMXMLParser &operator=(const TCIMXMLParser &other);
+  ~TCIMXMLParser() override;
+
+  /// Folds the name to lower case and hands it to the top state. A
+  /// TORVException raised there is contained; statuses 36 and 8 become the
+  /// marker entries of the attribute map.
+  void StartElement(const char *name, TAttributes &attributes) override;
+  /// Hands the folded name to the top state's end handler. A TORVException
+  /// raised there is logged, the state popped, and the parse goes on. An
+  /// empty stack throws status 3.
+  void EndElement(const char *name) override;
+  void processingInstruction(const char *target, const char *data) override;
+  /// Appends to the character-data buffer; states that hold text empty it
+  /// when they are pushed and read it at their end.
+  void characters(const char *data, unsigned int length) override;
+  void notationDecl(const char *name, const char *publicId,
+                    const char *systemId) override;
+  /// Logs "CIM-XML Parser line N:" + message at level 3 and throws status 9.
+  [[noreturn]] void FatalError(const char *message) override;
+
+  std::vector<boost::shared_ptr<ICIMClass>> GetClassesCollected() const;
+  std::vector<boost::shared_ptr<ICIMInstance>> GetInstancesCollected() const;
+  /// Skips the property-type check at the start of an instance's property
+  /// (and leaves a property of another type unset at its end instead).
+  /// There is no way back.
+  void SetQN402Mode();
+
+  // Attribute handlers: each takes one entry of a start tag's attribute map
+  // and, when the entry's name is its attribute's, stores the converted
+  // value and returns true; otherwise it returns false and stores nothing.
+  bool HandleCIMName(TAttributes::iterator &attribute, std::string *name);
+  /// A type name that the object model does not know throws from here.
+  bool HandleCIMType(TAttributes::iterator &attribute, TCIMType *type);
+  bool HandleClassName(TAttributes::iterator &attribute, std::string *className);
+  bool HandleClassOrigin(TAttributes::iterator &attribute, std::string *classOrigin);
+  bool HandlePropagated(TAttributes::iterator &attribute, bool &propagated);
+  /// "overridable", "tosubclass", "translatable": sets or clears one bit.
+  bool HandleQualifierFlavor(TAttributes::iterator &attribute,
+                             ICIMQualifierDecl::EFlavor *flavor);
+  bool HandleReferenceClass(TAttributes::iterator &attribute, std::string *referenceClass);
+  bool HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass);
+  bool HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize);
+
+  /// "true" and "false" exactly, after leading whitespace; anything else is
+  /// false.
+  static bool ConvertBool(std::string &text);
+  /// The leading decimal digits after optional whitespace; 0 when none.
+  unsigned ConvertUnsignedInt(std::string &text);
+  /// Text as a value of the type, read by the object model. An invalid
+  /// datetime becomes 1970-01-01 00:00:00 with a logged line; any other
+  /// rejected text becomes the null value.
+  TCIMValue ParseValue(TCIMType type, std::string &text);
+
+private:
+  std::deque<TParseStatePtr> stateStack;
+  boost::weak_ptr<ICIMNamespace> cimNamespace;
+  std::vector<boost::shared_ptr<ICIMClass>> classesCollected;
+  std::vector<boost::shared_ptr<ICIMInstance>> instancesCollected;
+  std::string characterData;
+  bool qn402Mode;
+
+  /// The namespace for one call; throws kORVStatusNamespaceGone when the
+  /// caller no longer holds it.
+  boost::shared_ptr<ICIMNamespace> LockNamespace() const;
+};
+
+/// The base of every parse state. A state lives from its push to its pop.
+class ORVCIMXML_API TCIMXMLParser::TParseState {
+public:
+  using TAttributes = TXmlParser::TAttributes;
+
+  TParseState() : phase(0) {}
+  TParseState(const TParseState &) = delete;
+  TParseState &operator=(const TParseState &) = delete;
+  virtual ~TParseState();
+
+  /// A child's start tag arrived while this state is on top. The default
+  /// does nothing (the child is neither entered nor reported).
+  virtual void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                            TAttributes &attributes);
+  /// This state's end tag. The default pops the top state.
+  virtual void ElementEnd(TCIMXMLParser &parser, const std::string &name);
+  /// This state's own start tag, right after the push. The default does
+  /// nothing.
+  virtual void ElementStart(TCIMXMLParser &parser, TAttributes &attributes);
+
+  /// How far through its content model the state has come.
+  std::int32_t phase;
+
+protected:
+  /// Makes the child's state, binding fields of the parent (the state that
+  /// accepts the child). A maker may return an empty pointer: nothing is
+  /// pushed and the child's attributes go to the state on top.
+  using TMaker = TParseStatePtr (*)(TCIMXMLParser &parser, TParseState &parent);
+
+  /// Leaves phase unchanged when accepting a child.
+  static constexpr std::int32_t kKeepPhase = -1;
+
+  /// One accepted child of a content model: its lower-case element name,
+  /// the phases in which it is accepted, the phase afterwards.
+  struct TChildRow {
+    const char *name;
+    std::int32_t firstPhase;
+    std::int32_t lastPhase;
+    std::int32_t phaseAfter;
+    TMaker make;
+  };
+
+  enum class EMiss {
+    /// A child not accepted in this phase leaves the phase as it is.
+    kKeepPhase,
+    /// The content model is a sequence of kinds and a child of a later kind
+    /// moves forward: a child that no phase accepts has moved the phase to
+    /// its last value by the time it is reported.
+    kFallThrough,
+  };
+
+  /// The one place that matches a child against a content model: a phase
+  /// outside 0..lastPhase is "Parser state corrupt"; a name that no row
+  /// accepts in the current phase is "Unexpected element " + name;
+  /// otherwise the row's state is made, pushed and its phase applied. In
+  /// every case it ends by calling ElementStart of the state then on top.
+  void AcceptChild(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
+                   const TChildRow *rows, std::size_t rowCount, std::int32_t lastPhase,
+                   EMiss miss = EMiss::kKeepPhase);
+  template <std::size_t N>
+  void AcceptChild(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
+                   const TChildRow (&rows)[N], std::int32_t lastPhase,
+                   EMiss miss = EMiss::kKeepPhase) {
+    AcceptChild(parser, name, attributes, rows, N, lastPhase, miss);
+  }
+
+  /// Pushes a state and hands it its own start tag's attributes.
+  static void Push(TCIMXMLParser &parser, const TParseStatePtr &state, TAttributes &attributes);
+  /// Removes the top state (what the default ElementEnd does).
+  static void Pop(TCIMXMLParser &parser);
+
+  // The parser's own data, for the states.
+  static std::string &CharacterData(TCIMXMLParser &parser) { return parser.characterData; }
+  static boost::shared_ptr<ICIMNamespace> Namespace(TCIMXMLParser &parser) {
+    return parser.LockNamespace();
+  }
+  static bool QN402Mode(const TCIMXMLParser &parser) { return parser.qn402Mode; }
+  static void Collect(TCIMXMLParser &parser, const boost::shared_ptr<ICIMClass> &cls) {
+    parser.classesCollected.push_back(cls);
+  }
+  static void Collect(TCIMXMLParser &parser, const boost::shared_ptr<ICIMInstance> &instance) {
+    parser.instancesCollected.push_back(instance);
+  }
+  /// Throws kORVStatusNullObject when an object that a failed start tag
+  /// should have made is missing, so that no state calls through an empty
+  /// pointer.
+  template <class T> static T &Require(const boost::shared_ptr<T> &object) {
+    if (!object)
+      ThrowMissingObject();
+    return *object;
+  }
+  [[noreturn]] static void ThrowMissingObject();
+};
+
+} // namespace NVRNORV20
+
+#endif
