@@ -9,6 +9,7 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <utility>
@@ -49,6 +50,14 @@ public:
   /// only when set; keys in binding order). It is also what the text
   /// constructor of a reference value reads.
   std::string ToString() const;
+  /// Reads the object path text that ToString writes. Quoted key values
+  /// become strings, true and false (any letter case) booleans, numbers
+  /// sint64 when signed with '-', real64 with a fraction or exponent, else
+  /// uint64; an empty value is null. ns, when given, is attached unless the
+  /// text names another namespace. Any other text throws TORVException with
+  /// kORVStatusInvalidValueText.
+  static TCIMReference Parse(const char *text, std::size_t length,
+                             boost::shared_ptr<ICIMNamespace> ns);
 
   /// Same class name and keys (names compared without regard to letter
   /// case, in order) and same namespace name.

@@ -163,17 +163,19 @@ public:
   bool operator!=(const TCIMValue &other) const { return !(*this == other); }
 
 private:
+  /// The first member is the widest, so that value-initialising the union
+  /// clears all of it.
   union TScalar {
-    bool boolean;
     std::uint64_t unsignedValue;
     std::int64_t signedValue;
     double realValue;
+    bool boolean;
   };
 
-  ECIMType type;
-  bool null;
-  unsigned int count;
-  TScalar scalar;
+  ECIMType type = kCIMTypeNone;
+  bool null = true;
+  unsigned int count = 0;
+  TScalar scalar{};
   TCIMDateTime dateTime;
   std::string text;
   /// Shared and never changed after construction, so copies of a value

@@ -1,0 +1,252 @@
+#include "core_api/CIMReference.h"
+
+#include "core_api/CIMInterfaces.h"
+#include "core_api/ORVStatusCode.h"
+
+#include <utility>
+
+namespace NVRNORV20 {
+
+namespace {
+
+char FoldAscii(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool EqualsNoCase(const char *a, std::size_t aLength, const std::string &b) {
+  if (aLength != b.size())
+    return false;
+  for (std::size_t i = 0; i < aLength; ++i)
+    if (FoldAscii(a[i]) != FoldAscii(b[i]))
+      return false;
+  return true;
+}
+
+bool EqualsNoCase(const std::string &a, const std::string &b) {
+  return EqualsNoCase(a.data(), a.size(), b);
+}
+
+bool IsNameChar(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+         (c >= '0' && c <= '9') || c == '_';
+}
+
+bool IsSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+[[noreturn]] void ThrowBadPath() {
+  throw TORVException(kORVStatusInvalidValueText);
+}
+
+// Key values whose text could be mistaken for another type are quoted, with
+// backslash before a quote or a backslash.
+void AppendQuoted(std::string &out, const std::string &text) {
+  out += '"';
+  for (char c : text) {
+    if (c == '"' || c == '\\')
+      out += '\\';
+    out += c;
+  }
+  out += '"';
+}
+
+void AppendKeyValue(std::string &out, const TCIMValue &value) {
+  if (value.IsNull())
+    return;
+  switch (static_cast<ECIMType>(value.GetType())) {
+  case kCIMTypeBoolean:
+  case kCIMTypeUint8:
+  case kCIMTypeSint8:
+  case kCIMTypeUint16:
+  case kCIMTypeSint16:
+  case kCIMTypeUint32:
+  case kCIMTypeSint32:
+  case kCIMTypeUint64:
+  case kCIMTypeSint64:
+  case kCIMTypeReal32:
+  case kCIMTypeReal64:
+    out += value.ToString();
+    break;
+  default:
+    AppendQuoted(out, value.ToString());
+    break;
+  }
+}
+
+// Reads an unquoted key value: a boolean, a number, or nothing (null).
+TCIMValue ReadBareKeyValue(const char *text, std::size_t length) {
+  if (length == 0)
+    return TCIMValue();
+  const std::string token(text, length);
+  if (EqualsNoCase(text, length, "true"))
+    return TCIMValue(true);
+  if (EqualsNoCase(text, length, "false"))
+    return TCIMValue(false);
+  ECIMType type = text[0] == '-' ? kCIMTypeSint64 : kCIMTypeUint64;
+  const bool hex = token.find_first_of("xX") != std::string::npos;
+  if (!hex && token.find_first_of(".eEnN") != std::string::npos)
+    type = kCIMTypeReal64;
+  try {
+    return TCIMValue(TCIMType(type), token, nullptr);
+  } catch (const TORVException &) {
+    // A path is either readable as a whole or not at all; the number's own
+    // status would hide that the path is what failed.
+    ThrowBadPath();
+  }
+}
+
+} // namespace
+
+TCIMReference::TCIMReference() = default;
+
+TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns,
+                             const std::map<std::string, TCIMValue> &keyBindings) {
+  SetNamespace(std::move(ns));
+  keys.reserve(keyBindings.size());
+  for (const auto &binding : keyBindings)
+    AddKeyValue(binding.first, binding.second);
+}
+
+TCIMReference::TCIMReference(const TCIMReference &other) = default;
+TCIMReference &TCIMReference::operator=(const TCIMReference &other) = default;
+TCIMReference::~TCIMReference() = default;
+
+void TCIMReference::SetNamespace(boost::shared_ptr<ICIMNamespace> ns) {
+  cimNamespace = ns;
+  if (ns)
+    namespaceName = ns->GetName();
+  else
+    namespaceName.clear();
+}
+
+boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const {
+  return cimNamespace.lock();
+}
+
+void TCIMReference::AddKeyValue(const std::string &name,
+                                const TCIMValue &value) {
+  for (auto &binding : keys) {
+    if (EqualsNoCase(binding.first, name)) {
+      binding.second = value;
+      return;
+    }
+  }
+  keys.emplace_back(name, value);
+}
+
+TCIMValue TCIMReference::GetKeyValue(const std::string &name) const {
+  for (const auto &binding : keys)
+    if (EqualsNoCase(binding.first, name))
+      return binding.second;
+  return TCIMValue();
+}
+
+std::string TCIMReference::ToString() const {
+  std::string out;
+  if (!namespaceName.empty()) {
+    out += namespaceName;
+    out += ':';
+  }
+  out += className;
+  char separator = '.';
+  for (const auto &binding : keys) {
+    out += separator;
+    separator = ',';
+    out += binding.first;
+    out += '=';
+    AppendKeyValue(out, binding.second);
+  }
+  return out;
+}
+
+TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
+                                   boost::shared_ptr<ICIMNamespace> ns) {
+  const char *pos = text;
+  const char *end = text + length;
+  while (pos < end && IsSpace(*pos))
+    ++pos;
+  while (end > pos && IsSpace(end[-1]))
+    --end;
+
+  TCIMReference result;
+  // "ns:" ends at the first colon before the class name's dot; key values
+  // may hold colons of their own.
+  const char *nameStart = pos;
+  for (const char *p = pos; p < end && *p != '.' && *p != '"'; ++p) {
+    if (*p == ':') {
+      if (p == pos)
+        ThrowBadPath();
+      result.namespaceName.assign(pos, p);
+      nameStart = p + 1;
+      break;
+    }
+  }
+  const char *p = nameStart;
+  while (p < end && IsNameChar(*p))
+    ++p;
+  if (p == nameStart || (p < end && *p != '.'))
+    ThrowBadPath();
+  result.className.assign(nameStart, p);
+
+  if (p < end) {
+    ++p; // the dot
+    for (;;) {
+      // key=value
+      const char *keyStart = p;
+      while (p < end && IsNameChar(*p))
+        ++p;
+      if (p == keyStart || p == end || *p != '=')
+        ThrowBadPath();
+      std::string key(keyStart, p);
+      ++p;
+      if (p < end && *p == '"') {
+        // "quoted"
+        std::string value;
+        ++p;
+        for (;;) {
+          if (p == end)
+            ThrowBadPath();
+          if (*p == '"')
+            break;
+          if (*p == '\\' && p + 1 < end)
+            ++p;
+          value += *p++;
+        }
+        ++p;
+        result.AddKeyValue(key, TCIMValue(value));
+      } else {
+        const char *valueStart = p;
+        while (p < end && *p != ',')
+          ++p;
+        result.AddKeyValue(key, ReadBareKeyValue(
+                                    valueStart,
+                                    static_cast<std::size_t>(p - valueStart)));
+      }
+      if (p == end)
+        break;
+      if (*p != ',')
+        ThrowBadPath();
+      ++p;
+    }
+  }
+
+  if (ns && (result.namespaceName.empty() ||
+             EqualsNoCase(result.namespaceName, ns->GetName())))
+    result.SetNamespace(std::move(ns));
+  return result;
+}
+
+bool TCIMReference::operator==(const TCIMReference &other) const {
+  if (!EqualsNoCase(className, other.className) ||
+      !EqualsNoCase(namespaceName, other.namespaceName) ||
+      keys.size() != other.keys.size())
+    return false;
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    if (!EqualsNoCase(keys[i].first, other.keys[i].first) ||
+        keys[i].second != other.keys[i].second)
+      return false;
+  return true;
+}
+
+} // namespace NVRNORV20
