@@ -1,0 +1,371 @@
+#include "cimxml/CIMXMLParser.h"
+
+#include "cimxml/states/RootStates.h"
+#include "core_api/CIMDateTime.h"
+#include "core_api/Logger.h"
+#include "core_api/ORVStatusCode.h"
+
+#include <boost/make_shared.hpp>
+
+#include <cassert>
+#include <climits>
+#include <cstring>
+#include <locale>
+
+namespace NVRNORV20 {
+
+namespace {
+
+const char kMarkerInvalidFormat[] = "throwExInvalidFormat";
+const char kMarkerInvalidValue[] = "throwExInvalidValue";
+
+/// Level of every message written while a document is parsed.
+const int kParseErrorLevel = 3;
+
+void LogParseError(const std::string &text) {
+  // Fetched anew for every message: a caller may swap loggers between parses.
+  TRootObject::GetCoreLogger()->Log(kParseErrorLevel, text);
+}
+
+/// Element names are compared in lower case; the global locale's ctype facet
+/// folds them, so a caller's locale decides what a letter is.
+std::string FoldName(const char *name) {
+  std::string folded(name != nullptr ? name : "");
+  if (!folded.empty()) {
+    const std::locale global;
+    std::use_facet<std::ctype<char>>(global).tolower(&folded[0],
+                                                     &folded[0] + folded.size());
+  }
+  return folded;
+}
+
+/// Attribute names arrive folded, so a plain byte comparison is enough.
+bool NameIs(const TXmlParser::TAttributes::iterator &attribute, const char *name) {
+  const std::string &actual = attribute->first;
+  const std::size_t length = std::strlen(name);
+  return actual.size() == length && std::memcmp(actual.data(), name, length) == 0;
+}
+
+void StoreText(const TXmlParser::TAttributes::iterator &attribute, std::string *out) {
+  if (out != nullptr && out != &attribute->second)
+    *out = attribute->second;
+}
+
+/// The whitespace that a stream skips before a field, in the classic locale.
+bool IsStreamSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+// The parser
+
+TCIMXMLParser::TCIMXMLParser(boost::shared_ptr<ICIMNamespace> ns)
+    : cimNamespace(ns), qn402Mode(false) {
+  stateStack.push_back(boost::make_shared<TStateStart>());
+}
+
+TCIMXMLParser::TCIMXMLParser(const TCIMXMLParser &other) = default;
+
+TCIMXMLParser &TCIMXMLParser::operator=(const TCIMXMLParser &other) {
+  if (this == &other)
+    return *this;
+  TXmlParser::operator=(other);
+  stateStack = other.stateStack;
+  cimNamespace = other.cimNamespace;
+  classesCollected = other.classesCollected;
+  instancesCollected = other.instancesCollected;
+  characterData = other.characterData;
+  qn402Mode = other.qn402Mode;
+  return *this;
+}
+
+// Members go in reverse order: the text, the results, the namespace link and
+// last the states, which may still point into one another.
+TCIMXMLParser::~TCIMXMLParser() = default;
+
+void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
+  const std::string folded = FoldName(name);
+  // A rejected element's end tag pops its parent, so a broken document can
+  // empty the stack; a start tag then has no state to go to.
+  if (stateStack.empty() || !stateStack.back())
+    throw TORVException();
+  TParseState &top = *stateStack.back();
+  try {
+    top.ChildElement(*this, folded, attributes);
+  } catch (TORVException &ex) {
+    // The message is already logged where the exception was raised; the
+    // tokenizer learns of the two rejections that change how it reads on
+    // through these entries. insert() keeps an entry the element already had.
+    switch (ex.GetStatusCode()) {
+    case kORVStatusInvalidFormat:
+      attributes.insert(TAttributes::value_type(kMarkerInvalidFormat, "kORVStatusInvalidFormat"));
+      break;
+    case kORVStatusInvalidProperty:
+      attributes.insert(TAttributes::value_type(kMarkerInvalidValue, "kORVStatusInvalidProperty"));
+      break;
+    default:
+      break;
+    }
+  }
+}
+
+void TCIMXMLParser::EndElement(const char *name) {
+  const std::string folded = FoldName(name);
+  if (stateStack.empty() || !stateStack.back())
+    throw TORVException();
+  // Held for the call: the state pops itself, and with it the stack's
+  // reference, as its last action.
+  const TParseStatePtr top = stateStack.back();
+  try {
+    top->ElementEnd(*this, folded);
+  } catch (TORVException &ex) {
+    LogParseError(std::string("TCIMXMLParser: EndElement: Threw exception ") + ex.what() +
+                  " on line " + std::to_string(GetCurLine()));
+    if (!stateStack.empty())
+      stateStack.pop_back();
+  }
+}
+
+void TCIMXMLParser::processingInstruction(const char *, const char *) {}
+
+void TCIMXMLParser::characters(const char *data, unsigned int length) {
+  if (length != 0)
+    characterData.append(data, length);
+}
+
+void TCIMXMLParser::notationDecl(const char *, const char *, const char *) {}
+
+void TCIMXMLParser::FatalError(const char *message) {
+  LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":" +
+                (message != nullptr ? message : ""));
+  throw TORVException(TORVStatusCode(kORVStatusInvalidDocument));
+}
+
+std::vector<boost::shared_ptr<ICIMClass>> TCIMXMLParser::GetClassesCollected() const {
+  return classesCollected;
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> TCIMXMLParser::GetInstancesCollected() const {
+  return instancesCollected;
+}
+
+void TCIMXMLParser::SetQN402Mode() { qn402Mode = true; }
+
+boost::shared_ptr<ICIMNamespace> TCIMXMLParser::LockNamespace() const {
+  boost::shared_ptr<ICIMNamespace> ns = cimNamespace.lock();
+  if (!ns)
+    throw TORVException(TORVStatusCode(kORVStatusNamespaceGone));
+  return ns;
+}
+
+// ---------------------------------------------------------------------------
+// Attribute handlers and converters
+
+bool TCIMXMLParser::HandleCIMName(TAttributes::iterator &attribute, std::string *name) {
+  if (!NameIs(attribute, "name"))
+    return false;
+  StoreText(attribute, name);
+  return true;
+}
+
+bool TCIMXMLParser::HandleCIMType(TAttributes::iterator &attribute, TCIMType *type) {
+  if (!NameIs(attribute, "type"))
+    return false;
+  const TCIMType parsed(attribute->second);
+  if (type != nullptr)
+    *type = parsed;
+  return true;
+}
+
+bool TCIMXMLParser::HandleClassName(TAttributes::iterator &attribute, std::string *className) {
+  if (!NameIs(attribute, "classname"))
+    return false;
+  StoreText(attribute, className);
+  return true;
+}
+
+bool TCIMXMLParser::HandleClassOrigin(TAttributes::iterator &attribute,
+                                      std::string *classOrigin) {
+  if (!NameIs(attribute, "classorigin"))
+    return false;
+  StoreText(attribute, classOrigin);
+  return true;
+}
+
+bool TCIMXMLParser::HandlePropagated(TAttributes::iterator &attribute, bool &propagated) {
+  if (!NameIs(attribute, "propagated"))
+    return false;
+  propagated = ConvertBool(attribute->second);
+  return true;
+}
+
+bool TCIMXMLParser::HandleQualifierFlavor(TAttributes::iterator &attribute,
+                                          ICIMQualifierDecl::EFlavor *flavor) {
+  std::uint32_t bit;
+  if (NameIs(attribute, "overridable"))
+    bit = ICIMQualifierDecl::kFlavorOverridable;
+  else if (NameIs(attribute, "tosubclass"))
+    bit = ICIMQualifierDecl::kFlavorToSubclass;
+  else if (NameIs(attribute, "translatable"))
+    bit = ICIMQualifierDecl::kFlavorTranslatable;
+  else
+    return false;
+  if (flavor != nullptr) {
+    const std::uint32_t bits = ConvertBool(attribute->second) ? (*flavor | bit) : (*flavor & ~bit);
+    *flavor = static_cast<ICIMQualifierDecl::EFlavor>(bits);
+  }
+  return true;
+}
+
+bool TCIMXMLParser::HandleReferenceClass(TAttributes::iterator &attribute,
+                                         std::string *referenceClass) {
+  if (!NameIs(attribute, "referenceclass"))
+    return false;
+  StoreText(attribute, referenceClass);
+  return true;
+}
+
+bool TCIMXMLParser::HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass) {
+  if (!NameIs(attribute, "superclass"))
+    return false;
+  StoreText(attribute, superClass);
+  return true;
+}
+
+bool TCIMXMLParser::HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize) {
+  if (!NameIs(attribute, "arraysize"))
+    return false;
+  arraySize = ConvertUnsignedInt(attribute->second);
+  return true;
+}
+
+// Reads as a stream in alphabetic bool mode would (the words of the classic
+// locale), without building a stream for every attribute: whitespace, then
+// "true" decides; whatever follows the word is not looked at.
+bool TCIMXMLParser::ConvertBool(std::string &text) {
+  std::size_t at = 0;
+  while (at < text.size() && IsStreamSpace(text[at]))
+    ++at;
+  return text.compare(at, 4, "true") == 0;
+}
+
+// Reads as a stream reads an unsigned int in the classic locale: whitespace,
+// an optional sign, decimal digits. A minus sign negates modulo 2^32 and a
+// number too large for 32 bits gives the largest value, both as streams do;
+// no digit at all gives 0.
+unsigned TCIMXMLParser::ConvertUnsignedInt(std::string &text) {
+  std::size_t at = 0;
+  while (at < text.size() && IsStreamSpace(text[at]))
+    ++at;
+  bool negative = false;
+  if (at < text.size() && (text[at] == '-' || text[at] == '+')) {
+    negative = text[at] == '-';
+    ++at;
+  }
+  unsigned result = 0;
+  bool anyDigit = false;
+  bool overflow = false;
+  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at) {
+    anyDigit = true;
+    const auto digit = static_cast<unsigned>(text[at] - '0');
+    if (result > (UINT_MAX - digit) / 10)
+      overflow = true;
+    else
+      result = result * 10 + digit;
+  }
+  if (!anyDigit)
+    return 0;
+  if (overflow)
+    return UINT_MAX;
+  return negative ? 0u - result : result;
+}
+
+TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
+  TCIMValue result;
+  const boost::shared_ptr<ICIMNamespace> ns = LockNamespace();
+  try {
+    result = TCIMValue(TCIMType(type), text, ns);
+  } catch (TORVException &ex) {
+    // A bad datetime must not cost the whole property: it is read as the
+    // epoch and said so. Other unreadable text leaves the value null.
+    if (ex.GetStatusCode() == kORVStatusInvalidDateTime) {
+      const TCIMDateTime epoch(1970, 1, 1, 0, 0, 0, 0, 0);
+      LogParseError("Invalid datetime found on line " + std::to_string(GetCurLine()) +
+                    ".  Defaulting the datetime to " + epoch.ToUIString() + ".");
+      result = TCIMValue(epoch);
+    }
+  }
+  return result;
+}
+
+// ---------------------------------------------------------------------------
+// Parse states
+
+TCIMXMLParser::TParseState::~TParseState() = default;
+
+void TCIMXMLParser::TParseState::ChildElement(TCIMXMLParser &, const std::string &,
+                                              TAttributes &) {}
+
+void TCIMXMLParser::TParseState::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  Pop(parser);
+}
+
+void TCIMXMLParser::TParseState::ElementStart(TCIMXMLParser &, TAttributes &) {}
+
+void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::string &name,
+                                             TAttributes &attributes, const TChildRow *rows,
+                                             std::size_t rowCount, std::int32_t lastPhase,
+                                             EMiss miss) {
+  if (phase < 0 || phase > lastPhase) {
+    parser.FatalError("Parser state corrupt");
+  } else {
+    const TChildRow *found = nullptr;
+    for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
+      const TChildRow &row = rows[i];
+      if (phase >= row.firstPhase && phase <= row.lastPhase &&
+          name.size() == std::strlen(row.name) &&
+          std::memcmp(name.data(), row.name, name.size()) == 0)
+        found = &row;
+    }
+    if (found != nullptr) {
+      // The phase moves before the child starts, so a child whose own start
+      // tag fails still counts as seen.
+      if (found->phaseAfter != kKeepPhase)
+        phase = found->phaseAfter;
+      if (found->make != nullptr) {
+        TParseStatePtr child = found->make(parser, *this);
+        if (child)
+          parser.stateStack.push_back(child);
+      }
+    } else {
+      if (miss == EMiss::kFallThrough)
+        phase = lastPhase;
+      parser.FatalError(("Unexpected element " + name).c_str());
+    }
+  }
+  // Reached after FatalError only when a parser subclass returns from it.
+  if (!parser.stateStack.empty())
+    parser.stateStack.back()->ElementStart(parser, attributes);
+}
+
+void TCIMXMLParser::TParseState::Push(TCIMXMLParser &parser, const TParseStatePtr &state,
+                                      TAttributes &attributes) {
+  assert(state && "a pushed state must exist");
+  if (!state)
+    return;
+  parser.stateStack.push_back(state);
+  state->ElementStart(parser, attributes);
+}
+
+void TCIMXMLParser::TParseState::Pop(TCIMXMLParser &parser) {
+  if (!parser.stateStack.empty())
+    parser.stateStack.pop_back();
+}
+
+void TCIMXMLParser::TParseState::ThrowMissingObject() {
+  throw TORVException(TORVStatusCode(kORVStatusNullObject));
+}
+
+} // namespace NVRNORV20

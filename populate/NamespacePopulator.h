@@ -1,0 +1,49 @@
+// The library's entry points: load one CIM-XML document, plain or gzip, into
+// a namespace and return what it defined.
+#ifndef ORV_POPULATE_NAMESPACEPOPULATOR_H
+#define ORV_POPULATE_NAMESPACEPOPULATOR_H
+
+#include "core_api/CIMInterfaces.h"
+#include "core_api/ORVExport.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+namespace NVRNORV20 {
+
+/// Reads a whole document into memory and runs one CIM-XML parser over it.
+/// A name containing ".gz" is read as gzip (its magic and trailer checked
+/// first); any other as plain text. A document larger than
+/// TCIMXMLParser::kMaxSpecificationDocumentSize is not refused: only its
+/// first 104857600 bytes are read.
+///
+/// Every failure leaves as TORVException, after the core logger got
+/// "Previous error was while parsing file '<name>'" at level 0: 11 when the
+/// file cannot be examined, opened or read, 29 for a gzip name without the
+/// gzip magic, 30 when decompression yields nothing, 4 when memory runs out,
+/// and the parser's own statuses (9 for a document that is not CIM-XML).
+/// Elements that the parser rejects are logged and skipped; they do not fail
+/// the call. What the parse added to the namespace before a failure stays.
+class ORVCIMXML_API TNamespacePopulator {
+public:
+  TNamespacePopulator() = default;
+  TNamespacePopulator(const TNamespacePopulator &) = default;
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing to copy.
+  TNamespacePopulator &operator=(const TNamespacePopulator &) { return *this; }
+  TNamespacePopulator &operator=(TNamespacePopulator &&) noexcept { return *this; }
+
+  /// The classes that the document defined, in document order. Also takes
+  /// names containing ".GZ" as gzip.
+  static std::vector<boost::shared_ptr<ICIMClass>>
+  PopulateFromXMLFile(boost::shared_ptr<ICIMNamespace> ns, std::string fileName);
+  /// The instances that the document defined, in document order. Only
+  /// ".gz" marks a gzip name here.
+  static std::vector<boost::shared_ptr<ICIMInstance>>
+  PopulateFromRegXMLFile(boost::shared_ptr<ICIMNamespace> ns, std::string fileName);
+};
+
+} // namespace NVRNORV20
+
+#endif
