@@ -1,5 +1,8 @@
 #include "cimxml/states/RootStates.h"
 
+#include "cimxml/states/InstanceStates.h"
+#include "cimxml/states/QualifierDeclStates.h"
+
 #include <boost/make_shared.hpp>
 
 namespace NVRNORV20 {
@@ -21,8 +24,100 @@ TCIMXMLParser::TStateStart::MakeCIM(TCIMXMLParser &, TParseState &) {
 void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser,
                                             const std::string &name,
                                             TAttributes &attributes) {
-  // No child is accepted yet: every element inside the root is reported.
-  AcceptChild(parser, name, attributes, nullptr, 0, 0);
+  static constexpr TChildRow kRows[] = {
+      {"declaration", 0, 0, kKeepPhase, &MakeDeclaration},
+  };
+  AcceptChild(parser, name, attributes, kRows, 0);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateCIM::MakeDeclaration(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateDeclaration>();
+}
+
+void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser,
+                                                    const std::string &name,
+                                                    TAttributes &attributes) {
+  static constexpr TChildRow kRows[] = {
+      {"declgroup", 0, 0, kKeepPhase, &MakeDeclGroup},
+      {"declgroup.withname", 0, 0, kKeepPhase, &MakeDeclGroupWithName},
+      {"declgroup.withpath", 0, 0, kKeepPhase, &MakeDeclGroupWithPath},
+  };
+  AcceptChild(parser, name, attributes, kRows, 0);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclaration::MakeDeclGroup(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateDeclGroup>();
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclaration::MakeDeclGroupWithName(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateDeclGroupWithName>();
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclaration::MakeDeclGroupWithPath(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateDeclGroupWithPath>();
+}
+
+// Phases of both named and unnamed groups: 0 namespace path, 1 qualifier
+// declarations, 2 value objects.
+void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser,
+                                                  const std::string &name,
+                                                  TAttributes &attributes) {
+  static constexpr TChildRow kRows[] = {
+      {"qualifier.declaration", 0, 1, 1, &MakeQualifierDeclaration},
+      {"value.object", 0, 2, 2, &MakeValueObject},
+  };
+  AcceptChild(parser, name, attributes, kRows, 2, EMiss::kFallThrough);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroup::MakeQualifierDeclaration(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateQualifierDeclaration>();
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroup::MakeValueObject(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateValueObject>();
+}
+
+void TCIMXMLParser::TStateDeclGroupWithName::ChildElement(TCIMXMLParser &parser,
+                                                          const std::string &name,
+                                                          TAttributes &attributes) {
+  static constexpr TChildRow kRows[] = {
+      {"qualifier.declaration", 0, 1, 1, &MakeQualifierDeclaration},
+      {"value.namedobject", 0, 2, 2, &MakeValueNamedObject},
+  };
+  AcceptChild(parser, name, attributes, kRows, 2, EMiss::kFallThrough);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroupWithName::MakeValueNamedObject(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateValueNamedObject>();
+}
+
+void TCIMXMLParser::TStateDeclGroupWithPath::ChildElement(TCIMXMLParser &parser,
+                                                          const std::string &name,
+                                                          TAttributes &attributes) {
+  static constexpr TChildRow kRows[] = {
+      {"value.objectwithpath", 0, 0, kKeepPhase, &MakeValueObjectWithPath},
+      {"value.objectwithlocalpath", 0, 0, kKeepPhase, &MakeValueObjectWithLocalPath},
+  };
+  AcceptChild(parser, name, attributes, kRows, 0);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroupWithPath::MakeValueObjectWithPath(TCIMXMLParser &,
+                                                                TParseState &) {
+  return boost::make_shared<TStateValueObjectWithPath>();
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroupWithPath::MakeValueObjectWithLocalPath(TCIMXMLParser &,
+                                                                     TParseState &) {
+  return boost::make_shared<TStateValueObjectWithLocalPath>();
 }
 
 } // namespace NVRNORV20

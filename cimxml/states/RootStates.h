@@ -1,5 +1,6 @@
 // Parse states from the document's start down to where declarations begin:
-// the state before the root element and the root element "cim".
+// the state before the root element, the root element "cim", "declaration"
+// and the three declaration groups.
 #ifndef ORV_CIMXML_STATES_ROOTSTATES_H
 #define ORV_CIMXML_STATES_ROOTSTATES_H
 
@@ -20,11 +21,71 @@ private:
   static TParseStatePtr MakeCIM(TCIMXMLParser &parser, TParseState &parent);
 };
 
-/// The root element. Its attributes (the versions) are not read.
+/// The root element. Its attributes (the versions) are not read; its
+/// children come in any number and order.
 class TCIMXMLParser::TStateCIM : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeDeclaration(TCIMXMLParser &parser, TParseState &parent);
+};
+
+/// "declaration": any number of declaration groups of the three kinds, in
+/// any order.
+class TCIMXMLParser::TStateDeclaration : public TCIMXMLParser::TParseState {
+public:
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeDeclGroup(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeDeclGroupWithName(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeDeclGroupWithPath(TCIMXMLParser &parser, TParseState &parent);
+};
+
+/// "declgroup": an optional namespace path, then qualifier declarations,
+/// then value objects. A child of an earlier kind after one of a later kind
+/// is "Unexpected element " + name.
+class TCIMXMLParser::TStateDeclGroup : public TCIMXMLParser::TParseState {
+public:
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+
+  /// Filled by the namespace-path children; not read afterwards.
+  std::string host;
+  std::string namespacePath;
+
+protected:
+  static TParseStatePtr MakeQualifierDeclaration(TCIMXMLParser &parser, TParseState &parent);
+
+private:
+  static TParseStatePtr MakeValueObject(TCIMXMLParser &parser, TParseState &parent);
+};
+
+/// "declgroup.withname": the content model of "declgroup" with
+/// "value.namedobject" in place of "value.object".
+class TCIMXMLParser::TStateDeclGroupWithName : public TCIMXMLParser::TStateDeclGroup {
+public:
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeValueNamedObject(TCIMXMLParser &parser, TParseState &parent);
+};
+
+/// "declgroup.withpath": only the two value objects that carry a path, in
+/// any number and order.
+class TCIMXMLParser::TStateDeclGroupWithPath : public TCIMXMLParser::TParseState {
+public:
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeValueObjectWithPath(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeValueObjectWithLocalPath(TCIMXMLParser &parser,
+                                                     TParseState &parent);
 };
 
 } // namespace NVRNORV20

@@ -1,0 +1,109 @@
+// Parse states of instances and of the value objects that carry classes
+// and instances.
+#ifndef ORV_CIMXML_STATES_INSTANCESTATES_H
+#define ORV_CIMXML_STATES_INSTANCESTATES_H
+
+#include "cimxml/CIMXMLParser.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+#include <string>
+
+namespace NVRNORV20 {
+
+/// "instance": creates an instance of the CLASSNAME class at its start tag
+/// into the creator's slot. The class "VRNSG_ComputerSystem" (exactly so)
+/// also switches the object model's parser mode on, for good. Children:
+/// properties of the three kinds; a "qualifier" before them is not
+/// attached (no state is made and its attributes reach this state's start
+/// handler), after them it is unexpected.
+class TCIMXMLParser::TStateInstance : public TCIMXMLParser::TParseState {
+public:
+  explicit TStateInstance(boost::shared_ptr<ICIMInstance> &slot) : target(slot) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  /// An unknown or missing class name throws; the state then stays without
+  /// an instance, and each property fails when it would set a value.
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeProperty(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakePropertyArray(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakePropertyReference(TCIMXMLParser &parser, TParseState &parent);
+
+  std::string className;
+  boost::shared_ptr<ICIMInstance> &target;
+};
+
+/// "value.object": one "class" or one "instance". At the end tag the object
+/// is committed and collected; an element without its child ends in "CIM
+/// element syntax error". The base of the other value objects, which differ
+/// in their children and final phase.
+class TCIMXMLParser::TStateValueObject : public TCIMXMLParser::TParseState {
+public:
+  TStateValueObject() : TStateValueObject(1, true) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+
+protected:
+  TStateValueObject(std::int32_t lastPhase, bool collecting)
+      : finalPhase(lastPhase), collects(collecting) {}
+
+  static TParseStatePtr MakeClass(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeInstance(TCIMXMLParser &parser, TParseState &parent);
+
+  /// The phase after the object's own child, the only one in which the
+  /// element may end.
+  const std::int32_t finalPhase;
+  const bool collects;
+  bool isClass = false;
+  boost::shared_ptr<ICIMClass> cls;
+  boost::shared_ptr<ICIMInstance> instance;
+};
+
+/// "value.namedinstance": an instance name, then the instance. The instance
+/// is committed but not collected; the name is not applied to it.
+class TCIMXMLParser::TStateValueNamedInstance : public TCIMXMLParser::TStateValueObject {
+public:
+  TStateValueNamedInstance() : TStateValueObject(2, false) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+};
+
+/// "value.namedobject": a class alone, or an instance name followed by its
+/// instance.
+class TCIMXMLParser::TStateValueNamedObject : public TCIMXMLParser::TStateValueObject {
+public:
+  TStateValueNamedObject() : TStateValueObject(2, true) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+};
+
+/// "value.objectwithpath": a class path and its class, or an instance path
+/// and its instance.
+class TCIMXMLParser::TStateValueObjectWithPath : public TCIMXMLParser::TStateValueObject {
+public:
+  TStateValueObjectWithPath() : TStateValueObject(3, true) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+};
+
+/// "value.objectwithlocalpath": as "value.objectwithpath" with local paths.
+class TCIMXMLParser::TStateValueObjectWithLocalPath : public TCIMXMLParser::TStateValueObject {
+public:
+  TStateValueObjectWithLocalPath() : TStateValueObject(3, true) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+};
+
+} // namespace NVRNORV20
+
+#endif

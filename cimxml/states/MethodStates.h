@@ -1,0 +1,113 @@
+// Parse states of methods and their parameters.
+#ifndef ORV_CIMXML_STATES_METHODSTATES_H
+#define ORV_CIMXML_STATES_METHODSTATES_H
+
+#include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/PropertyStates.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+#include <utility>
+
+namespace NVRNORV20 {
+
+/// "method": adds the method to the class at its start tag and commits it at
+/// its end tag. Qualifiers and the four parameter kinds come in any order
+/// and number.
+class TCIMXMLParser::TStateMethod : public TCIMXMLParser::TParseState {
+public:
+  explicit TStateMethod(boost::shared_ptr<ICIMClass> owner) : cls(std::move(owner)) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeParameter(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeParameterReference(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeParameterArray(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeParameterRefArray(TCIMXMLParser &parser, TParseState &parent);
+
+  boost::shared_ptr<ICIMClass> cls;
+  boost::shared_ptr<ICIMMethod> method;
+  std::string methodName;
+  TCIMType returnType;
+};
+
+/// "parameter": adds the parameter to the method at its start tag and
+/// commits it at its end tag. Children: "qualifier", "value", "value.array".
+/// The default value is read but the object model keeps none for
+/// parameters. The base of the other three parameter kinds, which share its
+/// handlers as follows: an array parameter has the scalar one's children and
+/// ends like a reference parameter; "parameter.refarray" is handled exactly
+/// like "parameter.reference".
+class TCIMXMLParser::TStateParameter : public TCIMXMLParser::TParseState {
+public:
+  explicit TStateParameter(boost::shared_ptr<ICIMMethod> owner)
+      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kScalar) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+  /// A reference parameter is added with the reference type, the others
+  /// with their TYPE (an array parameter's without the array flag).
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+
+protected:
+  TStateParameter(boost::shared_ptr<ICIMMethod> owner, TPropertyAttributes::EKind kind)
+      : method(std::move(owner)), property(kind) {}
+
+  /// The reference parameters' end: the default is an empty reference,
+  /// pointing to REFERENCECLASS when the namespace holds it.
+  void EndAsReference(TCIMXMLParser &parser);
+  TCIMType ParameterType() const;
+
+  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
+
+  boost::shared_ptr<ICIMMethod> method;
+  boost::shared_ptr<ICIMParameter> parameter;
+  TPropertyAttributes property;
+  TCIMValue defaultValue;
+  bool valueSeen = false;
+
+private:
+  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
+  void Finish(TCIMXMLParser &parser);
+};
+
+/// "parameter.array": its own attributes, the children of "parameter", the
+/// end of "parameter.reference" (with no reference class).
+class TCIMXMLParser::TStateParameterArray : public TCIMXMLParser::TStateParameter {
+public:
+  explicit TStateParameterArray(boost::shared_ptr<ICIMMethod> owner)
+      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kArray) {}
+
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+};
+
+/// "parameter.reference": takes "qualifier" and an array default spelt
+/// "value.aray"; "value.array" and "value.reference" are unexpected.
+class TCIMXMLParser::TStateParameterReference : public TCIMXMLParser::TStateParameter {
+public:
+  explicit TStateParameterReference(boost::shared_ptr<ICIMMethod> owner)
+      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kReference) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+};
+
+/// "parameter.refarray": a reference parameter; its ARRAYSIZE is not read.
+class TCIMXMLParser::TStateParameterRefArray : public TCIMXMLParser::TStateParameterReference {
+public:
+  explicit TStateParameterRefArray(boost::shared_ptr<ICIMMethod> owner)
+      : TStateParameterReference(std::move(owner)) {}
+};
+
+} // namespace NVRNORV20
+
+#endif
