@@ -11,6 +11,7 @@
 #include "core_api/ORVExport.h"
 
 #include <cstddef>
+#include <locale>
 #include <map>
 #include <string>
 #include <vector>
@@ -86,8 +87,66 @@ private:
   bool ParseNotationDecl();
   bool ParseElement();
 
+  /// An element whose start tag has been read and whose end tag has not:
+  /// the byte after its name is hidden by a NUL until the element is done.
+  struct TOpenElement {
+    char *name;
+    std::size_t nameLength;
+    char hiddenByte;
+    bool result;        // false once the handler rejected its format
+    bool valueRejected; // the handler rejected its value
+  };
+  class TOpenElementsGuard;
+  friend class TXmlParserTestPeer;
+
+  enum class EStartTag { kFailed, kEmpty, kOpened };
+  EStartTag ReadStartTag(bool &emptyResult);
+  enum class EContent { kChild, kDone };
+  EContent ReadContent(bool &doneResult);
+  void CloseInnermostElement();
+
+  bool ScanAttributeValue(char quote);
+  bool CheckAttributeReference();
+  void ReadNumericReference();
+  void ReadNamedReference(int first);
+
+  char NextByte();
+  char ByteAtCursor() const;
+  void StepBack();
+  bool SkipBlanks();
+  bool ConsumeName();
+  /// Searches (from the cursor) for one of the few terminators we skip to.
+  enum ETerminator { kPIEnd, kCommentEnd, kTagEnd, kTerminatorCount };
+  bool SkipPast(ETerminator terminator);
+  void WriteByte(char *position, char value);
+  const std::ctype<char> &NameFolder();
+
   char *documentStart;
+  /// Never before documentStart: a position before the first byte is kept
+  /// as cursorUnderrun (how many bytes before it) and reads as NUL.
   char *cursor;
+  std::size_t cursorUnderrun = 0;
+  /// Line feeds in [documentStart, lineMark) as the buffer stands; moved to
+  /// the cursor by GetCurLine and kept exact across every byte we hide or
+  /// put back before the mark.
+  char *lineMark = nullptr;
+  unsigned lineFeedsBeforeMark = 0;
+  /// The open elements of the running ParseElement, innermost last: element
+  /// depth is bounded by memory rather than by the machine stack.
+  std::vector<TOpenElement> openElements;
+  /// Attribute names are folded with the global locale as it stands when
+  /// Parse starts.
+  std::locale nameLocale;
+  const std::ctype<char> *nameFolder = nullptr;
+  /// Where a search for each terminator last failed: no occurrence starts in
+  /// [from, stop - length + 1), and [from, stop) holds no NUL. Without it,
+  /// unterminated comments or instructions at many nesting levels would each
+  /// rescan the rest of the document.
+  struct TFailedSearch {
+    const char *from = nullptr;
+    const char *stop = nullptr;
+  };
+  TFailedSearch failedSearches[kTerminatorCount];
 };
 
 } // namespace NVRNORV20
