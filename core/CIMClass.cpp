@@ -1,0 +1,284 @@
+#include "core/CIMClass.h"
+
+#include "core/CIMInstance.h"
+#include "core/Mof.h"
+#include "core_api/ORVStatusCode.h"
+
+#include <utility>
+
+namespace NVRNORV20 {
+
+namespace {
+
+[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+
+} // namespace
+
+TCIMClass::TCIMClass(boost::weak_ptr<ICIMNamespace> ns, std::string className,
+                     boost::shared_ptr<ICIMClass> super)
+    : cimNamespace(std::move(ns)), name(std::move(className)),
+      superClassName(super ? super->GetName() : std::string()), superClass(std::move(super)) {}
+
+boost::shared_ptr<const TPropertyLayout> TCIMClass::GetLayout() {
+  return layout ? layout : BuildLayout();
+}
+
+boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
+  boost::shared_ptr<TPropertyLayout> built(new TPropertyLayout);
+  if (superClass)
+    built->properties = superClass->GetProperties();
+  for (std::size_t i = 0; i < built->properties.size(); ++i)
+    built->index.emplace(built->properties[i]->GetName(), i);
+  for (const auto &property : localProperties.Items()) {
+    auto inherited = built->index.find(property->GetName());
+    if (inherited != built->index.end()) {
+      built->properties[inherited->second] = property;
+      continue;
+    }
+    built->index.emplace(property->GetName(), built->properties.size());
+    built->properties.push_back(property);
+  }
+  built->isKey.resize(built->properties.size());
+  for (std::size_t i = 0; i < built->properties.size(); ++i) {
+    built->isKey[i] = built->properties[i]->IsKey();
+    if (built->isKey[i])
+      built->keys.push_back(i);
+  }
+  return built;
+}
+
+std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
+  std::vector<boost::shared_ptr<ICIMMethod>> built;
+  TNameMap<std::size_t> positions;
+  if (superClass)
+    built = superClass->GetMethods();
+  for (std::size_t i = 0; i < built.size(); ++i)
+    positions.emplace(built[i]->GetName(), i);
+  for (const auto &method : localMethods.Items()) {
+    auto inherited = positions.find(method->GetName());
+    if (inherited != positions.end()) {
+      built[inherited->second] = method;
+      continue;
+    }
+    positions.emplace(method->GetName(), built.size());
+    built.push_back(method);
+  }
+  return built;
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindInherited(const std::string &propertyName) const {
+  if (!superClass || !superClass->HasProperty(propertyName))
+    return boost::shared_ptr<ICIMPropertyDecl>();
+  return superClass->GetProperty(propertyName);
+}
+
+boost::shared_ptr<ICIMMethod> TCIMClass::FindInheritedMethod(const std::string &methodName) const {
+  if (!superClass || !superClass->HasMethod(methodName))
+    return boost::shared_ptr<ICIMMethod>();
+  return superClass->GetMethod(methodName);
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindProperty(const std::string &propertyName) {
+  if (layout) {
+    auto found = layout->index.find(propertyName);
+    return found == layout->index.end() ? boost::shared_ptr<ICIMPropertyDecl>()
+                                        : layout->properties[found->second];
+  }
+  if (boost::shared_ptr<TCIMPropertyDecl> own = localProperties.Find(propertyName))
+    return own;
+  return FindInherited(propertyName);
+}
+
+boost::shared_ptr<ICIMMethod> TCIMClass::FindMethod(const std::string &methodName) {
+  if (committed) {
+    auto found = methodIndex.find(methodName);
+    return found == methodIndex.end() ? boost::shared_ptr<ICIMMethod>() : methods[found->second];
+  }
+  if (boost::shared_ptr<TCIMMethod> own = localMethods.Find(methodName))
+    return own;
+  return FindInheritedMethod(methodName);
+}
+
+void TCIMClass::ThrowIfCommitted() const {
+  if (committed)
+    Fail(kORVStatusAlreadyCommitted);
+}
+
+boost::shared_ptr<ICIMNamespace> TCIMClass::GetNamespace(const TCIMOptions &) {
+  return cimNamespace.lock();
+}
+
+void TCIMClass::Commit(const TCIMOptions &) {
+  ThrowIfCommitted();
+  // A flattened schema repeats every inherited member; the document drops
+  // the qualifiers it marks propagated, so the KEY of a repeated key property
+  // comes back here from the overridden declaration.
+  for (const auto &property : localProperties.Items()) {
+    property->SetOverridden(FindInherited(property->GetName()));
+    property->PropagateQualifiers();
+  }
+  for (const auto &method : localMethods.Items()) {
+    method->SetOverridden(FindInheritedMethod(method->GetName()));
+    method->PropagateQualifiers();
+  }
+  qualifiers.Propagate(superClass ? superClass->GetQualifiers()
+                                  : std::vector<boost::shared_ptr<ICIMQualifier>>());
+  layout = BuildLayout();
+  methods = BuildMethods();
+  for (std::size_t i = 0; i < methods.size(); ++i)
+    methodIndex.emplace(methods[i]->GetName(), i);
+  committed = true;
+}
+
+bool TCIMClass::IsCommitted(const TCIMOptions &) { return committed; }
+
+boost::shared_ptr<ICIMClass> TCIMClass::GetSuperClass(const TCIMOptions &) { return superClass; }
+
+const std::string &TCIMClass::GetName(const TCIMOptions &) { return name; }
+
+const std::string &TCIMClass::GetSuperClassName(const TCIMOptions &) { return superClassName; }
+
+bool TCIMClass::IsAssociation(const TCIMOptions &) {
+  // Before Commit the superclass's qualifier is not propagated yet.
+  return qualifiers.IsTrue("ASSOCIATION") || (superClass && superClass->IsAssociation());
+}
+
+bool TCIMClass::IsSubclassOf(const std::string &className, const TCIMOptions &) {
+  if (SameName(name, className))
+    return true;
+  for (ICIMClass *ancestor = superClass.get(); ancestor;
+       ancestor = ancestor->GetSuperClass().get()) {
+    // Each class holds its superclass, so the raw pointer outlives the
+    // temporary that handed it out.
+    if (SameName(ancestor->GetName(), className))
+      return true;
+  }
+  return false;
+}
+
+std::vector<boost::shared_ptr<ICIMPropertyDecl>> TCIMClass::GetKeyProperties(const TCIMOptions &) {
+  boost::shared_ptr<const TPropertyLayout> current = GetLayout();
+  std::vector<boost::shared_ptr<ICIMPropertyDecl>> keys;
+  keys.reserve(current->keys.size());
+  for (std::size_t position : current->keys)
+    keys.push_back(current->properties[position]);
+  return keys;
+}
+
+std::vector<boost::shared_ptr<ICIMPropertyDecl>>
+TCIMClass::GetLocalProperties(const TCIMOptions &) {
+  return std::vector<boost::shared_ptr<ICIMPropertyDecl>>(localProperties.Items().begin(),
+                                                          localProperties.Items().end());
+}
+
+bool TCIMClass::HasProperty(const std::string &propertyName, const TCIMOptions &) {
+  return static_cast<bool>(FindProperty(propertyName));
+}
+
+void TCIMClass::RemoveProperty(const std::string &propertyName, const TCIMOptions &) {
+  ThrowIfCommitted();
+  if (!localProperties.Remove(propertyName))
+    Fail(kORVStatusNoSuchProperty);
+}
+
+std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::GetLocalMethods(const TCIMOptions &) {
+  return std::vector<boost::shared_ptr<ICIMMethod>>(localMethods.Items().begin(),
+                                                    localMethods.Items().end());
+}
+
+bool TCIMClass::HasMethod(const std::string &methodName, const TCIMOptions &) {
+  return static_cast<bool>(FindMethod(methodName));
+}
+
+std::vector<std::string> TCIMClass::GetDerivation(const TCIMOptions &) {
+  std::vector<std::string> derivation{name};
+  for (ICIMClass *ancestor = superClass.get(); ancestor;
+       ancestor = ancestor->GetSuperClass().get())
+    derivation.push_back(ancestor->GetName());
+  return derivation;
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCIMClass::AddProperty(const std::string &propertyName,
+                                                           TCIMValue value, const TCIMOptions &) {
+  ThrowIfCommitted();
+  if (propertyName.empty())
+    Fail(kORVStatusInvalidArgument);
+  if (localProperties.Contains(propertyName))
+    Fail(kORVStatusAlreadyExists);
+  boost::shared_ptr<TCIMPropertyDecl> property(
+      new TCIMPropertyDecl(propertyName, name, std::move(value), FindInherited(propertyName)));
+  localProperties.Add(property);
+  return property;
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCIMClass::GetProperty(const std::string &propertyName,
+                                                           const TCIMOptions &) {
+  boost::shared_ptr<ICIMPropertyDecl> found = FindProperty(propertyName);
+  if (!found)
+    Fail(kORVStatusNoSuchProperty);
+  return found;
+}
+
+std::vector<boost::shared_ptr<ICIMPropertyDecl>> TCIMClass::GetProperties(const TCIMOptions &) {
+  return GetLayout()->properties;
+}
+
+boost::shared_ptr<ICIMMethod> TCIMClass::GetMethod(const std::string &methodName,
+                                                   const TCIMOptions &) {
+  boost::shared_ptr<ICIMMethod> found = FindMethod(methodName);
+  if (!found)
+    Fail(kORVStatusNoSuchMethod);
+  return found;
+}
+
+std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::GetMethods(const TCIMOptions &) {
+  return committed ? methods : BuildMethods();
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>> TCIMClass::GetInstances(const TCIMOptions &) {
+  boost::shared_ptr<ICIMNamespace> ns = cimNamespace.lock();
+  if (!ns)
+    return std::vector<boost::shared_ptr<ICIMInstance>>();
+  return ns->GetInstances(name, false);
+}
+
+boost::shared_ptr<ICIMInstance> TCIMClass::CreateInstance(const TCIMOptions &) {
+  return boost::shared_ptr<ICIMInstance>(
+      new TCIMInstance(shared_from_this(), cimNamespace, GetLayout()));
+}
+
+void TCIMClass::RemoveMethod(const std::string &methodName, const TCIMOptions &) {
+  ThrowIfCommitted();
+  if (!localMethods.Remove(methodName))
+    Fail(kORVStatusNoSuchMethod);
+}
+
+boost::shared_ptr<ICIMMethod> TCIMClass::AddMethod(const std::string &methodName,
+                                                   TCIMType returnType, const TCIMOptions &) {
+  ThrowIfCommitted();
+  if (methodName.empty())
+    Fail(kORVStatusInvalidArgument);
+  if (localMethods.Contains(methodName))
+    Fail(kORVStatusAlreadyExists);
+  boost::shared_ptr<TCIMMethod> method(
+      new TCIMMethod(methodName, returnType, name, FindInheritedMethod(methodName)));
+  localMethods.Add(method);
+  return method;
+}
+
+std::string TCIMClass::ToMOF(const TCIMOptions &) {
+  std::string text = MofQualifierPrefix(qualifiers.Own());
+  if (!text.empty())
+    text.back() = '\n'; // the class's qualifiers stand on a line of their own
+  text += "class " + name;
+  if (!superClassName.empty())
+    text += " : " + superClassName;
+  text += " {\n";
+  for (const auto &property : localProperties.Items())
+    text += kMofIndent + property->ToMOF() + "\n";
+  for (const auto &method : localMethods.Items())
+    text += kMofIndent + method->ToMOF() + "\n";
+  return text + "};";
+}
+
+} // namespace NVRNORV20

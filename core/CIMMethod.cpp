@@ -1,0 +1,102 @@
+#include "core/CIMMethod.h"
+
+#include "core/Mof.h"
+#include "core_api/ORVStatusCode.h"
+
+#include <utility>
+
+namespace NVRNORV20 {
+
+TCIMParameter::TCIMParameter(std::string parameterName, TCIMType parameterType)
+    : name(std::move(parameterName)), type(parameterType) {}
+
+void TCIMParameter::PropagateQualifiers(
+    const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited) {
+  qualifiers.Propagate(inherited);
+}
+
+const std::string &TCIMParameter::GetName(const TCIMOptions &) { return name; }
+TCIMType TCIMParameter::GetType(const TCIMOptions &) { return type; }
+void TCIMParameter::Commit(const TCIMOptions &) { committed = true; }
+bool TCIMParameter::IsCommitted(const TCIMOptions &) { return committed; }
+
+std::string TCIMParameter::ToMOF(const TCIMOptions &) {
+  std::string text = MofQualifierPrefix(qualifiers.Own());
+  if (type.GetElementType() == kCIMTypeReference)
+    return text + "object REF " + name + MofArraySuffix(type, 0);
+  return text + MofTypeName(type) + " " + name + MofArraySuffix(type, 0);
+}
+
+TCIMMethod::TCIMMethod(std::string methodName, TCIMType methodReturnType, std::string origin,
+                       boost::shared_ptr<ICIMMethod> overriddenMethod)
+    : name(std::move(methodName)), returnType(methodReturnType), classOrigin(std::move(origin)),
+      overridden(std::move(overriddenMethod)) {}
+
+void TCIMMethod::SetOverridden(boost::shared_ptr<ICIMMethod> method) {
+  overridden = std::move(method);
+}
+
+void TCIMMethod::PropagateQualifiers() {
+  if (!overridden) {
+    qualifiers.Propagate({});
+    for (const auto &parameter : parameters.Items())
+      parameter->PropagateQualifiers({});
+    return;
+  }
+  qualifiers.Propagate(overridden->GetQualifiers());
+  TNameMap<boost::shared_ptr<ICIMParameter>> inherited;
+  for (auto &parameter : overridden->GetParameters())
+    inherited.emplace(parameter->GetName(), parameter);
+  for (const auto &parameter : parameters.Items()) {
+    auto found = inherited.find(parameter->GetName());
+    parameter->PropagateQualifiers(found == inherited.end()
+                                       ? std::vector<boost::shared_ptr<ICIMQualifier>>()
+                                       : found->second->GetQualifiers());
+  }
+}
+
+const std::string &TCIMMethod::GetName(const TCIMOptions &) { return name; }
+TCIMType TCIMMethod::GetReturnType(const TCIMOptions &) { return returnType; }
+void TCIMMethod::Commit(const TCIMOptions &) { committed = true; }
+bool TCIMMethod::IsCommitted(const TCIMOptions &) { return committed; }
+
+std::vector<boost::shared_ptr<ICIMParameter>> TCIMMethod::GetParameters(const TCIMOptions &) {
+  return std::vector<boost::shared_ptr<ICIMParameter>>(parameters.Items().begin(),
+                                                       parameters.Items().end());
+}
+
+boost::shared_ptr<ICIMParameter> TCIMMethod::GetParameter(const std::string &parameterName,
+                                                          const TCIMOptions &) {
+  boost::shared_ptr<TCIMParameter> found = parameters.Find(parameterName);
+  if (!found)
+    throw TORVException(TORVStatusCode(kORVStatusNoSuchParameter));
+  return found;
+}
+
+boost::shared_ptr<ICIMParameter> TCIMMethod::AddParameter(const std::string &parameterName,
+                                                          TCIMType parameterType,
+                                                          const TCIMOptions &) {
+  if (parameterName.empty())
+    throw TORVException(TORVStatusCode(kORVStatusInvalidArgument));
+  boost::shared_ptr<TCIMParameter> parameter(new TCIMParameter(parameterName, parameterType));
+  if (!parameters.Add(parameter))
+    throw TORVException(TORVStatusCode(kORVStatusAlreadyExists));
+  return parameter;
+}
+
+const std::string &TCIMMethod::GetClassOrigin(const TCIMOptions &) { return classOrigin; }
+
+std::string TCIMMethod::ToMOF(const TCIMOptions &) {
+  std::string text = MofQualifierPrefix(qualifiers.Own()) + MofTypeName(returnType) + " " + name +
+                     "(";
+  bool first = true;
+  for (const auto &parameter : parameters.Items()) {
+    if (!first)
+      text += ", ";
+    first = false;
+    text += parameter->ToMOF();
+  }
+  return text + ");";
+}
+
+} // namespace NVRNORV20

@@ -1,0 +1,110 @@
+// Names of the object model: classes, properties, methods, parameters and
+// qualifiers are matched without regard to ASCII letter case and keep the
+// case in which they were declared.
+#ifndef ORV_CORE_CIMNAME_H
+#define ORV_CORE_CIMNAME_H
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace NVRNORV20 {
+
+/// The byte with ASCII upper-case letters folded to lower case; every other
+/// byte (UTF-8 included) is left as it is.
+inline unsigned char FoldNameByte(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
+}
+
+/// The name with ASCII letters in lower case.
+inline std::string FoldName(const std::string &name) {
+  std::string folded(name.size(), '\0');
+  for (std::size_t i = 0; i < name.size(); ++i)
+    folded[i] = static_cast<char>(FoldNameByte(name[i]));
+  return folded;
+}
+
+/// Hashes and compares the folded bytes in place, so that a look-up by any
+/// spelling of a name builds no lower-cased copy of it.
+struct TNameHash {
+  std::size_t operator()(const std::string &name) const noexcept {
+    std::uint64_t hash = 14695981039346656037ull; // FNV-1a
+    for (char c : name) {
+      hash ^= FoldNameByte(c);
+      hash *= 1099511628211ull;
+    }
+    return static_cast<std::size_t>(hash);
+  }
+};
+
+struct TNameEqual {
+  bool operator()(const std::string &left, const std::string &right) const noexcept {
+    if (left.size() != right.size())
+      return false;
+    for (std::size_t i = 0; i < left.size(); ++i)
+      if (FoldNameByte(left[i]) != FoldNameByte(right[i]))
+        return false;
+    return true;
+  }
+};
+
+inline bool SameName(const std::string &left, const std::string &right) {
+  return TNameEqual()(left, right);
+}
+
+/// A map whose keys are names: any letter case finds the entry.
+template <class TValue>
+using TNameMap = std::unordered_map<std::string, TValue, TNameHash, TNameEqual>;
+
+/// Named objects in the order added, found by name in constant time. TItem
+/// has GetName().
+template <class TItem> class TNamedList {
+public:
+  /// False, and nothing added, when the name is taken.
+  bool Add(boost::shared_ptr<TItem> item) {
+    const std::string &name = item->GetName();
+    if (!index.emplace(name, items.size()).second)
+      return false;
+    items.push_back(std::move(item));
+    return true;
+  }
+
+  /// Empty when no item has the name.
+  boost::shared_ptr<TItem> Find(const std::string &name) const {
+    auto found = index.find(name);
+    return found == index.end() ? boost::shared_ptr<TItem>() : items[found->second];
+  }
+
+  bool Contains(const std::string &name) const { return index.count(name) != 0; }
+
+  /// False when no item has the name. Removal is rare (schema edits), so it
+  /// renumbers the items after the removed one.
+  bool Remove(const std::string &name) {
+    auto found = index.find(name);
+    if (found == index.end())
+      return false;
+    const std::size_t position = found->second;
+    index.erase(found);
+    items.erase(items.begin() + static_cast<std::ptrdiff_t>(position));
+    for (std::size_t i = position; i < items.size(); ++i)
+      index[items[i]->GetName()] = i;
+    return true;
+  }
+
+  const std::vector<boost::shared_ptr<TItem>> &Items() const { return items; }
+  bool Empty() const { return items.empty(); }
+
+private:
+  std::vector<boost::shared_ptr<TItem>> items;
+  TNameMap<std::size_t> index;
+};
+
+} // namespace NVRNORV20
+
+#endif

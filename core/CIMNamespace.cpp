@@ -1,0 +1,311 @@
+#include "core/CIMNamespace.h"
+
+#include "core_api/ORVStatusCode.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace NVRNORV20 {
+
+namespace {
+
+[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+
+/// The text under which the registry files a keyed instance: the folded
+/// class name, then each key value as a MOF literal (which quotes and
+/// escapes strings, so values cannot run into each other).
+std::string PathKeyStart(const std::string &className) { return FoldName(className); }
+
+void AppendPathKey(std::string &key, const TCIMValue &value) {
+  key += '\n';
+  key += value.ToMOF();
+}
+
+} // namespace
+
+TCIMNamespace::TCIMNamespace(std::string namespaceName) : name(std::move(namespaceName)) {}
+
+TCIMNamespace::~TCIMNamespace() {
+  instancesByPath.clear();
+  instanceOrder.clear();
+  classes.clear();
+  while (!classOrder.empty())
+    classOrder.erase(std::prev(classOrder.end()));
+}
+
+TCIMNamespace::TClassEntry *TCIMNamespace::FindEntry(const std::string &className) {
+  auto found = classes.find(className);
+  return found == classes.end() ? nullptr : &found->second;
+}
+
+std::vector<TCIMNamespace::TClassEntry *>
+TCIMNamespace::CollectDescendants(TClassEntry &entry, bool includeSelf) {
+  std::vector<TClassEntry *> collected;
+  if (includeSelf)
+    collected.push_back(&entry);
+  std::vector<TClassEntry *> pending{&entry};
+  while (!pending.empty()) {
+    TClassEntry *current = pending.back();
+    pending.pop_back();
+    for (const std::string &subclass : current->subclasses) {
+      if (TClassEntry *child = FindEntry(subclass)) {
+        collected.push_back(child);
+        pending.push_back(child);
+      }
+    }
+  }
+  std::sort(collected.begin(), collected.end(),
+            [](const TClassEntry *left, const TClassEntry *right) {
+              return left->sequence < right->sequence;
+            });
+  return collected;
+}
+
+void TCIMNamespace::RegisterInstance(const boost::shared_ptr<TCIMInstance> &instance) {
+  TClassEntry *entry = FindEntry(instance->GetClassName());
+  if (!entry || entry->cimClass != instance->GetClass())
+    Fail(kORVStatusSchemaLookup);
+  std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>> keys =
+      instance->GetKeyValues();
+  if (!keys.empty()) {
+    std::string key = PathKeyStart(instance->GetClassName());
+    for (const auto &binding : keys)
+      AppendPathKey(key, binding.second);
+    if (!instancesByPath.emplace(std::move(key), instance).second)
+      Fail(kORVStatusAlreadyExists);
+  }
+  const std::uint64_t sequence = ++lastInstanceSequence;
+  instance->SetSequence(sequence);
+  entry->instances.emplace_hint(entry->instances.end(), sequence, instance);
+  instanceOrder.emplace_hint(instanceOrder.end(), sequence, instance);
+}
+
+boost::shared_ptr<TCIMInstance> TCIMNamespace::FindInstance(const TCIMReference &path) {
+  TClassEntry *entry = FindEntry(path.GetClassName());
+  if (!entry || entry->instances.empty())
+    return boost::shared_ptr<TCIMInstance>();
+  boost::shared_ptr<const TPropertyLayout> layout = entry->cimClass->GetLayout();
+  if (layout->keys.empty())
+    return entry->instances.begin()->second;
+  std::string key = PathKeyStart(entry->cimClass->GetName());
+  for (std::size_t position : layout->keys) {
+    const boost::shared_ptr<ICIMPropertyDecl> &property = layout->properties[position];
+    const TCIMType declared = property->GetType();
+    TCIMValue value = path.GetKeyValue(property->GetName());
+    if (value.GetType() == kCIMTypeNone) {
+      value = declared == kCIMTypeNone ? TCIMValue() : TCIMValue(declared, 0);
+    } else if (declared != kCIMTypeNone && value.GetType() != declared) {
+      // A path built by hand may carry key values as text.
+      try {
+        value = TCIMValue(declared, value.ToString(), shared_from_this());
+      } catch (const TORVException &) {
+        return boost::shared_ptr<TCIMInstance>();
+      }
+    }
+    AppendPathKey(key, value);
+  }
+  auto found = instancesByPath.find(key);
+  return found == instancesByPath.end() ? boost::shared_ptr<TCIMInstance>() : found->second;
+}
+
+const std::string &TCIMNamespace::GetName(const TCIMOptions &) { return name; }
+
+std::vector<boost::shared_ptr<ICIMClass>> TCIMNamespace::GetClasses(const TCIMOptions &) {
+  std::vector<boost::shared_ptr<ICIMClass>> ordered;
+  ordered.reserve(classOrder.size());
+  for (const auto &entry : classOrder)
+    ordered.push_back(entry.second);
+  return ordered;
+}
+
+void TCIMNamespace::DeleteClass(const std::string &className, const TCIMOptions &) {
+  auto found = classes.find(className);
+  if (found == classes.end())
+    Fail(kORVStatusSchemaLookup);
+  TClassEntry &entry = found->second;
+  if (!entry.subclasses.empty() || !entry.instances.empty())
+    Fail(kORVStatusClassHasInstances);
+  const std::string &superClassName = entry.cimClass->GetSuperClassName();
+  if (TClassEntry *parent = superClassName.empty() ? nullptr : FindEntry(superClassName)) {
+    auto &siblings = parent->subclasses;
+    siblings.erase(std::remove_if(siblings.begin(), siblings.end(),
+                                  [&](const std::string &sibling) {
+                                    return SameName(sibling, className);
+                                  }),
+                   siblings.end());
+  }
+  classOrder.erase(entry.sequence);
+  classes.erase(found);
+}
+
+boost::shared_ptr<ICIMClass> TCIMNamespace::CreateClass(const std::string &className,
+                                                        boost::shared_ptr<ICIMClass> superClass,
+                                                        const TCIMOptions &) {
+  if (className.empty())
+    Fail(kORVStatusInvalidArgument);
+  if (classes.count(className) != 0)
+    Fail(kORVStatusAlreadyExists);
+  TClassEntry *parent = nullptr;
+  if (superClass) {
+    parent = FindEntry(superClass->GetName());
+    // A superclass from elsewhere is inherited from all the same, but only
+    // this namespace's own classes list their subclasses.
+    if (parent && parent->cimClass != superClass)
+      parent = nullptr;
+  }
+  boost::shared_ptr<TCIMClass> cimClass(new TCIMClass(
+      boost::weak_ptr<ICIMNamespace>(shared_from_this()), className, std::move(superClass)));
+  TClassEntry entry;
+  entry.cimClass = cimClass;
+  entry.sequence = ++lastClassSequence;
+  classOrder.emplace_hint(classOrder.end(), entry.sequence, cimClass);
+  classes.emplace(className, std::move(entry));
+  if (parent)
+    parent->subclasses.push_back(className);
+  return cimClass;
+}
+
+boost::shared_ptr<ICIMClass> TCIMNamespace::GetClass(const std::string &className,
+                                                     const TCIMOptions &) {
+  // Every class start tag looks up its superclass, also when it names none.
+  if (className.empty())
+    return boost::shared_ptr<ICIMClass>();
+  TClassEntry *entry = FindEntry(className);
+  if (!entry)
+    Fail(kORVStatusSchemaLookup);
+  return entry->cimClass;
+}
+
+std::vector<boost::shared_ptr<ICIMQualifierDecl>>
+TCIMNamespace::GetQualifierDecls(const TCIMOptions &) {
+  return std::vector<boost::shared_ptr<ICIMQualifierDecl>>(qualifierDecls.Items().begin(),
+                                                           qualifierDecls.Items().end());
+}
+
+void TCIMNamespace::DeleteQualifierDecl(const std::string &qualifierName, const TCIMOptions &) {
+  if (!qualifierDecls.Remove(qualifierName))
+    Fail(kORVStatusQualifierNotDeclared);
+}
+
+boost::shared_ptr<ICIMQualifierDecl>
+TCIMNamespace::CreateQualifierDecl(const std::string &qualifierName, const TCIMValue &defaultValue,
+                                   std::uint32_t scope, std::uint32_t flavor, const TCIMOptions &) {
+  if (qualifierName.empty())
+    Fail(kORVStatusInvalidArgument);
+  if (qualifierDecls.Contains(qualifierName))
+    Fail(kORVStatusSchemaLookup);
+  boost::shared_ptr<TCIMQualifierDecl> declaration(
+      new TCIMQualifierDecl(qualifierName, defaultValue, scope, flavor));
+  qualifierDecls.Add(declaration);
+  return declaration;
+}
+
+boost::shared_ptr<ICIMQualifierDecl> TCIMNamespace::GetQualifierDecl(const std::string &qualifierName,
+                                                                     const TCIMOptions &) {
+  boost::shared_ptr<TCIMQualifierDecl> declaration = qualifierDecls.Find(qualifierName);
+  if (!declaration)
+    Fail(kORVStatusQualifierNotDeclared);
+  return declaration;
+}
+
+bool TCIMNamespace::HasClass(const std::string &className, const TCIMOptions &) {
+  return classes.count(className) != 0;
+}
+
+std::vector<boost::shared_ptr<ICIMInstance>>
+TCIMNamespace::GetInstances(const std::string &className, bool deep, const TCIMOptions &) {
+  std::vector<boost::shared_ptr<ICIMInstance>> result;
+  if (className.empty()) {
+    result.reserve(instanceOrder.size());
+    for (const auto &entry : instanceOrder)
+      result.push_back(entry.second);
+    return result;
+  }
+  TClassEntry *entry = FindEntry(className);
+  if (!entry)
+    Fail(kORVStatusSchemaLookup);
+  if (!deep) {
+    result.reserve(entry->instances.size());
+    for (const auto &instance : entry->instances)
+      result.push_back(instance.second);
+    return result;
+  }
+  std::vector<const std::pair<const std::uint64_t, boost::shared_ptr<TCIMInstance>> *> merged;
+  for (TClassEntry *member : CollectDescendants(*entry, true))
+    for (const auto &instance : member->instances)
+      merged.push_back(&instance);
+  std::sort(merged.begin(), merged.end(),
+            [](const auto *left, const auto *right) { return left->first < right->first; });
+  result.reserve(merged.size());
+  for (const auto *instance : merged)
+    result.push_back(instance->second);
+  return result;
+}
+
+boost::shared_ptr<ICIMInstance> TCIMNamespace::GetInstance(const TCIMReference &path,
+                                                           const TCIMOptions &) {
+  boost::shared_ptr<TCIMInstance> instance = FindInstance(path);
+  if (!instance)
+    Fail(kORVStatusNoSuchInstance);
+  return instance;
+}
+
+void TCIMNamespace::DeleteInstance(const TCIMReference &path, const TCIMOptions &) {
+  boost::shared_ptr<TCIMInstance> instance = FindInstance(path);
+  if (!instance)
+    Fail(kORVStatusNoSuchInstance);
+  std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>> keys =
+      instance->GetKeyValues();
+  if (!keys.empty()) {
+    std::string key = PathKeyStart(instance->GetClassName());
+    for (const auto &binding : keys)
+      AppendPathKey(key, binding.second);
+    instancesByPath.erase(key);
+  }
+  if (TClassEntry *entry = FindEntry(instance->GetClassName()))
+    entry->instances.erase(instance->GetSequence());
+  instanceOrder.erase(instance->GetSequence());
+}
+
+std::vector<std::string> TCIMNamespace::GetSubclassNames(const std::string &className, bool deep,
+                                                         const TCIMOptions &) {
+  std::vector<std::string> names;
+  if (className.empty()) {
+    for (const auto &entry : classOrder)
+      if (deep || entry.second->GetSuperClassName().empty())
+        names.push_back(entry.second->GetName());
+    return names;
+  }
+  TClassEntry *entry = FindEntry(className);
+  if (!entry)
+    Fail(kORVStatusSchemaLookup);
+  if (!deep)
+    return entry->subclasses;
+  for (TClassEntry *descendant : CollectDescendants(*entry, false))
+    names.push_back(descendant->cimClass->GetName());
+  return names;
+}
+
+std::string TCIMNamespace::ToMOF(const TCIMOptions &) {
+  std::string text;
+  auto append = [&text](const std::string &mof) {
+    if (!text.empty())
+      text += "\n";
+    text += mof;
+    text += "\n";
+  };
+  for (const auto &declaration : qualifierDecls.Items())
+    append(declaration->ToMOF());
+  for (const auto &entry : classOrder)
+    append(entry.second->ToMOF());
+  for (const auto &entry : instanceOrder)
+    append(entry.second->ToMOF());
+  return text;
+}
+
+boost::shared_ptr<ICIMNamespace> CreateCIMNamespace(const std::string &name) {
+  return boost::shared_ptr<ICIMNamespace>(new TCIMNamespace(name));
+}
+
+} // namespace NVRNORV20

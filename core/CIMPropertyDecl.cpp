@@ -1,0 +1,83 @@
+#include "core/CIMPropertyDecl.h"
+
+#include "core/Mof.h"
+
+#include <utility>
+
+namespace NVRNORV20 {
+
+TCIMPropertyDecl::TCIMPropertyDecl(std::string propertyName, std::string origin,
+                                   TCIMValue defaultValue,
+                                   boost::shared_ptr<ICIMPropertyDecl> overriddenProperty)
+    : name(std::move(propertyName)), classOrigin(std::move(origin)),
+      value(std::move(defaultValue)), overridden(std::move(overriddenProperty)) {}
+
+void TCIMPropertyDecl::SetOverridden(boost::shared_ptr<ICIMPropertyDecl> property) {
+  overridden = std::move(property);
+}
+
+void TCIMPropertyDecl::PropagateQualifiers() {
+  qualifiers.Propagate(overridden ? overridden->GetQualifiers()
+                                  : std::vector<boost::shared_ptr<ICIMQualifier>>());
+}
+
+const std::string &TCIMPropertyDecl::GetClassOrigin(const TCIMOptions &) { return classOrigin; }
+
+bool TCIMPropertyDecl::IsKey(const TCIMOptions &) { return qualifiers.IsTrue("KEY"); }
+
+void TCIMPropertyDecl::Commit(const TCIMOptions &) { committed = true; }
+bool TCIMPropertyDecl::IsCommitted(const TCIMOptions &) { return committed; }
+const std::string &TCIMPropertyDecl::GetName(const TCIMOptions &) { return name; }
+
+std::string TCIMPropertyDecl::GetReferenceClassName(const TCIMOptions &) {
+  if (GetType().GetElementType() != kCIMTypeReference)
+    return std::string();
+  if (boost::shared_ptr<ICIMClass> referenced = value.GetReferencedClass())
+    return referenced->GetName();
+  // A default given as a reference value names the class of the instance it
+  // points to, which is the reference's class or one derived from it.
+  if (!value.IsNull() && !value.IsArray())
+    return value.GetReference().GetClassName();
+  return overridden ? overridden->GetReferenceClassName() : std::string();
+}
+
+TCIMType TCIMPropertyDecl::GetType(const TCIMOptions &) {
+  const TCIMType type = value.GetType();
+  if (type != kCIMTypeNone || !overridden)
+    return type;
+  return overridden->GetType();
+}
+
+boost::shared_ptr<ICIMPropertyDecl> TCIMPropertyDecl::GetOverriddenProperty(const TCIMOptions &) {
+  return overridden;
+}
+
+TCIMValue TCIMPropertyDecl::GetValue(const TCIMOptions &) { return value; }
+
+void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
+  if (newValue.GetType() != kCIMTypeNone) {
+    value = newValue;
+    return;
+  }
+  // A failed text conversion leaves an untyped null: the declaration keeps
+  // the type it has, or the one it inherits.
+  const TCIMType type = GetType();
+  value = type == kCIMTypeNone ? TCIMValue() : TCIMValue(type, 0);
+}
+
+std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &) {
+  const TCIMType type = GetType();
+  std::string text = MofQualifierPrefix(qualifiers.Own());
+  if (type.GetElementType() == kCIMTypeReference) {
+    const std::string referenceClass = GetReferenceClassName();
+    text += (referenceClass.empty() ? std::string("object") : referenceClass) + " REF " + name;
+  } else {
+    text += MofTypeName(type) + " " + name +
+            MofArraySuffix(type, value.IsNull() ? value.GetCount() : 0);
+  }
+  if (!value.IsNull())
+    text += " = " + value.ToMOF();
+  return text + ";";
+}
+
+} // namespace NVRNORV20

@@ -1,0 +1,178 @@
+#include "core/CIMQualifier.h"
+
+#include "core/Mof.h"
+#include "core_api/ORVStatusCode.h"
+
+namespace NVRNORV20 {
+
+TCIMQualifierDecl::TCIMQualifierDecl(std::string declName, const TCIMValue &defaultVal,
+                                     std::uint32_t declScope, std::uint32_t declFlavor)
+    : name(std::move(declName)), defaultValue(defaultVal),
+      // A null array default carries the declared size; an array default
+      // with elements leaves it unknown.
+      arraySize(defaultVal.IsArray() && defaultVal.IsNull() ? defaultVal.GetCount() : 0),
+      scope(declScope), flavor(declFlavor) {}
+
+const std::string &TCIMQualifierDecl::GetName(const TCIMOptions &) { return name; }
+
+void TCIMQualifierDecl::Commit(const TCIMOptions &) {
+  if (committed)
+    throw TORVException(TORVStatusCode(kORVStatusAlreadyCommitted));
+  committed = true;
+}
+
+std::uint32_t TCIMQualifierDecl::GetScope(const TCIMOptions &) { return scope; }
+std::uint32_t TCIMQualifierDecl::GetFlavor(const TCIMOptions &) { return flavor; }
+TCIMValue TCIMQualifierDecl::GetDefaultValue(const TCIMOptions &) { return defaultValue; }
+TCIMType TCIMQualifierDecl::GetType(const TCIMOptions &) { return defaultValue.GetType(); }
+bool TCIMQualifierDecl::IsArray(const TCIMOptions &) { return defaultValue.IsArray(); }
+unsigned int TCIMQualifierDecl::GetArraySize(const TCIMOptions &) { return arraySize; }
+bool TCIMQualifierDecl::IsCommitted(const TCIMOptions &) { return committed; }
+
+std::string TCIMQualifierDecl::ToMOF(const TCIMOptions &) {
+  const TCIMType type = defaultValue.GetType();
+  std::string text = "Qualifier " + name + " : " + MofTypeName(type) +
+                     MofArraySuffix(type, arraySize);
+  if (!defaultValue.IsNull())
+    text += " = " + defaultValue.ToMOF();
+  const std::string scopeText = MofScope(scope);
+  if (!scopeText.empty())
+    text += ", " + scopeText;
+  return text + ", " + MofFlavor(flavor) + ";";
+}
+
+boost::shared_ptr<TCIMQualifier> TCIMQualifier::Make(boost::shared_ptr<ICIMQualifierDecl> declaration,
+                                                     const TCIMValue &value, std::uint32_t flavor) {
+  if (!declaration)
+    throw TORVException(TORVStatusCode(kORVStatusNullObject));
+  TCIMValue fitted = FitValue(value, declaration->GetType());
+  std::string name = declaration->GetName();
+  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(
+      std::move(name), std::move(declaration), std::move(fitted), flavor, false));
+}
+
+boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakeAbsent(const std::string &name) {
+  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(
+      name, boost::shared_ptr<ICIMQualifierDecl>(), TCIMValue(), ICIMQualifierDecl::kFlavorDefault,
+      false));
+}
+
+boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakePropagated(ICIMQualifier &inherited) {
+  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(inherited.GetName(),
+                                                            inherited.GetDeclaration(),
+                                                            inherited.GetValue(),
+                                                            inherited.GetFlavor(), true));
+}
+
+TCIMQualifier::TCIMQualifier(std::string qualifierName,
+                             boost::shared_ptr<ICIMQualifierDecl> qualifierDecl,
+                             TCIMValue qualifierValue, std::uint32_t qualifierFlavor,
+                             bool isPropagated)
+    : name(std::move(qualifierName)), declaration(std::move(qualifierDecl)),
+      value(std::move(qualifierValue)), flavor(qualifierFlavor), propagated(isPropagated) {}
+
+TCIMValue TCIMQualifier::FitValue(const TCIMValue &given, TCIMType declared) {
+  const TCIMType type = given.GetType();
+  if (type == kCIMTypeNone)
+    return declared == kCIMTypeNone ? TCIMValue() : TCIMValue(declared, 0);
+  if (declared != kCIMTypeNone && type.GetElementType() != declared.GetElementType())
+    throw TORVException(TORVStatusCode(kORVStatusTypeMismatch));
+  return given;
+}
+
+const std::string &TCIMQualifier::GetName(const TCIMOptions &) { return name; }
+
+boost::shared_ptr<ICIMQualifierDecl> TCIMQualifier::GetDeclaration(const TCIMOptions &) {
+  return declaration;
+}
+
+std::uint32_t TCIMQualifier::GetFlavor(const TCIMOptions &) { return flavor; }
+void TCIMQualifier::SetFlavor(std::uint32_t newFlavor, const TCIMOptions &) { flavor = newFlavor; }
+
+TCIMType TCIMQualifier::GetType(const TCIMOptions &) {
+  if (value.GetType() != kCIMTypeNone || !declaration)
+    return value.GetType();
+  return declaration->GetType();
+}
+
+bool TCIMQualifier::IsPropagated(const TCIMOptions &) { return propagated; }
+
+void TCIMQualifier::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
+  value = FitValue(newValue, declaration ? declaration->GetType() : TCIMType());
+}
+
+std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
+  if (value.GetType() == kCIMTypeBoolean && !value.IsNull() && value.GetBoolean())
+    return name;
+  // An array value is written as an array initializer, which MOF places
+  // after the name without parentheses.
+  if (value.IsArray() && !value.IsNull())
+    return name + " " + value.ToMOF();
+  return name + "(" + value.ToMOF() + ")";
+}
+
+TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) { return value; }
+
+void TCIMQualifierList::Add(boost::shared_ptr<ICIMQualifier> qualifier) {
+  if (!qualifier)
+    throw TORVException(TORVStatusCode(kORVStatusNullObject));
+  const std::string &name = qualifier->GetName();
+  auto found = ownIndex.find(name);
+  if (found != ownIndex.end()) {
+    own[found->second] = std::move(qualifier);
+    return;
+  }
+  ownIndex.emplace(name, own.size());
+  own.push_back(std::move(qualifier));
+}
+
+std::vector<boost::shared_ptr<ICIMQualifier>> TCIMQualifierList::All() const {
+  std::vector<boost::shared_ptr<ICIMQualifier>> all;
+  all.reserve(own.size() + propagated.size());
+  all.insert(all.end(), own.begin(), own.end());
+  all.insert(all.end(), propagated.begin(), propagated.end());
+  return all;
+}
+
+boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Find(const std::string &name) const {
+  auto found = ownIndex.find(name);
+  if (found != ownIndex.end())
+    return own[found->second];
+  found = propagatedIndex.find(name);
+  if (found != propagatedIndex.end())
+    return propagated[found->second];
+  return boost::shared_ptr<ICIMQualifier>();
+}
+
+bool TCIMQualifierList::Has(const std::string &name) const {
+  return ownIndex.count(name) != 0 || propagatedIndex.count(name) != 0;
+}
+
+boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Get(const std::string &name) const {
+  boost::shared_ptr<ICIMQualifier> found = Find(name);
+  return found ? found : TCIMQualifier::MakeAbsent(name);
+}
+
+bool TCIMQualifierList::IsTrue(const std::string &name) const {
+  boost::shared_ptr<ICIMQualifier> found = Find(name);
+  if (!found)
+    return false;
+  const TCIMValue value = found->GetValue();
+  return !value.IsNull() && static_cast<bool>(value);
+}
+
+void TCIMQualifierList::Propagate(const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited) {
+  propagated.clear();
+  propagatedIndex.clear();
+  for (const auto &qualifier : inherited) {
+    if ((qualifier->GetFlavor() & ICIMQualifierDecl::kFlavorToSubclass) == 0)
+      continue;
+    const std::string &name = qualifier->GetName();
+    if (ownIndex.count(name) != 0 || propagatedIndex.count(name) != 0)
+      continue;
+    propagatedIndex.emplace(name, propagated.size());
+    propagated.push_back(TCIMQualifier::MakePropagated(*qualifier));
+  }
+}
+
+} // namespace NVRNORV20

@@ -1,0 +1,163 @@
+#include "ModelFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/weak_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+using namespace NVRNORV20;
+
+namespace orvtest {
+namespace {
+
+class CIMNamespaceTest : public TModelTest {};
+
+TEST_F(CIMNamespaceTest, LookUpsThrowTheStatusTheLoaderRelieson) {
+  auto cls = Class("CIM_Thing");
+  struct TCase {
+    const char *what;
+    std::function<void()> call;
+    EORVStatusCode status;
+  } cases[] = {
+      {"unknown class", [&] { ns->GetClass("CIM_Missing"); }, kORVStatusSchemaLookup},
+      {"unknown superclass name", [&] { Class("Sub", "Nowhere"); }, kORVStatusSchemaLookup},
+      {"class twice", [&] { ns->CreateClass("CIM_Thing", nullptr); }, kORVStatusAlreadyExists},
+      {"class twice, other case", [&] { ns->CreateClass("cim_thing", nullptr); }, kORVStatusAlreadyExists},
+      {"class without name", [&] { ns->CreateClass("", nullptr); }, kORVStatusInvalidArgument},
+      {"undeclared qualifier", [&] { ns->GetQualifierDecl("Nonsense"); }, kORVStatusQualifierNotDeclared},
+      {"qualifier declared twice", [&] { ns->CreateQualifierDecl("KEY", TCIMValue(true), 8, 2); },
+       kORVStatusSchemaLookup},
+      {"delete undeclared qualifier", [&] { ns->DeleteQualifierDecl("Nonsense"); },
+       kORVStatusQualifierNotDeclared},
+      {"delete unknown class", [&] { ns->DeleteClass("CIM_Missing"); }, kORVStatusSchemaLookup},
+      {"instances of unknown class", [&] { ns->GetInstances("CIM_Missing", false); }, kORVStatusSchemaLookup},
+      {"subclasses of unknown class", [&] { ns->GetSubclassNames("CIM_Missing", true); }, kORVStatusSchemaLookup},
+      {"qualifier declaration committed twice", [&] { ns->GetQualifierDecl("Key")->Commit(); },
+       kORVStatusAlreadyCommitted},
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.what);
+    EXPECT_EQ(StatusOf(test.call), test.status);
+  }
+  // A class start tag without superclass looks up the empty name.
+  EXPECT_FALSE(ns->GetClass(""));
+  EXPECT_FALSE(ns->HasClass("Sub")) << "a failed CreateClass registers nothing";
+}
+
+TEST_F(CIMNamespaceTest, SecondQualifierDeclarationLeavesTheFirst) {
+  const auto before = ns->GetQualifierDecls().size();
+  EXPECT_EQ(StatusOf([&] { ns->CreateQualifierDecl("key", TCIMValue("x"), 1, 0); }),
+            kORVStatusSchemaLookup);
+  auto key = ns->GetQualifierDecl("Key");
+  EXPECT_EQ(key->GetType(), kCIMTypeBoolean);
+  EXPECT_EQ(key->GetFlavor(), ICIMQualifierDecl::kFlavorToSubclass);
+  EXPECT_EQ(ns->GetQualifierDecls().size(), before);
+  ns->DeleteQualifierDecl("KEY");
+  EXPECT_EQ(StatusOf([&] { ns->GetQualifierDecl("Key"); }), kORVStatusQualifierNotDeclared);
+}
+
+TEST_F(CIMNamespaceTest, ClassesAndSubclassesInDefinitionOrder) {
+  // Root <- A <- A1, Root <- B <- B1, A <- A2 defined interleaved.
+  const std::vector<std::pair<const char *, const char *>> defined = {
+      {"Root", ""}, {"A", "Root"}, {"B", "Root"}, {"B1", "B"}, {"A1", "A"}, {"A2", "A"}, {"Other", ""}};
+  for (const auto &entry : defined)
+    Class(entry.first, entry.second)->Commit();
+  std::vector<std::string> names;
+  for (const auto &cls : ns->GetClasses())
+    names.push_back(cls->GetName());
+  EXPECT_EQ(names, (std::vector<std::string>{"Root", "A", "B", "B1", "A1", "A2", "Other"}));
+  EXPECT_EQ(ns->GetSubclassNames("root", false), (std::vector<std::string>{"A", "B"}));
+  EXPECT_EQ(ns->GetSubclassNames("Root", true),
+            (std::vector<std::string>{"A", "B", "B1", "A1", "A2"}));
+  EXPECT_EQ(ns->GetSubclassNames("", false), (std::vector<std::string>{"Root", "Other"}));
+
+  EXPECT_EQ(StatusOf([&] { ns->DeleteClass("A"); }), kORVStatusClassHasInstances);
+  ns->DeleteClass("a1");
+  ns->DeleteClass("A2");
+  ns->DeleteClass("A");
+  EXPECT_EQ(ns->GetSubclassNames("Root", true), (std::vector<std::string>{"B", "B1"}));
+  EXPECT_FALSE(ns->HasClass("A"));
+  // The name is free again.
+  EXPECT_TRUE(Class("a", "Root"));
+}
+
+TEST_F(CIMNamespaceTest, ClassWithInstancesCannotBeDeleted) {
+  auto cls = Class("Keyless");
+  Property(*cls, "Value", Uint32(1));
+  cls->Commit();
+  cls->CreateInstance()->Commit();
+  EXPECT_EQ(StatusOf([&] { ns->DeleteClass("Keyless"); }), kORVStatusClassHasInstances);
+}
+
+TEST_F(CIMNamespaceTest, SelfReferencingClassesAndInstancesAreReleased) {
+  boost::weak_ptr<ICIMNamespace> weakNs = ns;
+  boost::weak_ptr<ICIMClass> weakClass;
+  boost::weak_ptr<ICIMInstance> weakInstance;
+  {
+    auto node = Class("Node");
+    KeyProperty(*node, "Id", Uint32(0));
+    auto parent = node->AddProperty("Parent", TCIMValue());
+    TCIMValue reference(TCIMType(kCIMTypeReference), 0);
+    reference.SetReferencedClass(node);
+    parent->SetValue(reference);
+    parent->Commit();
+    // A reference property whose class is unknown takes an empty pointer.
+    auto loose = node->AddProperty("Loose", TCIMValue());
+    TCIMValue noClass(TCIMType(kCIMTypeReference), 0);
+    noClass.SetReferencedClass(boost::shared_ptr<ICIMClass>());
+    loose->SetValue(noClass);
+    node->Commit();
+    EXPECT_EQ(node->GetProperty("parent")->GetReferenceClassName(), "Node");
+    EXPECT_EQ(node->GetProperty("loose")->GetReferenceClassName(), "");
+
+    auto first = node->CreateInstance();
+    first->SetPropertyValue("Id", Uint32(1));
+    first->Commit();
+    auto second = node->CreateInstance();
+    second->SetPropertyValue("Id", Uint32(2));
+    TCIMValue link(first->GetPath());
+    second->SetPropertyValue("Parent", link);
+    second->Commit();
+    weakClass = node;
+    weakInstance = second;
+    EXPECT_EQ(node->GetNamespace(), ns);
+  }
+  ns.reset();
+  EXPECT_TRUE(weakNs.expired());
+  EXPECT_TRUE(weakClass.expired());
+  EXPECT_TRUE(weakInstance.expired());
+}
+
+TEST_F(CIMNamespaceTest, ObjectsHeldByTheCallerOutliveTheirNamespace) {
+  auto cls = Class("Survivor");
+  KeyProperty(*cls, "Id", Uint32(0));
+  cls->Commit();
+  auto instance = cls->CreateInstance();
+  ns.reset();
+  EXPECT_FALSE(cls->GetNamespace());
+  EXPECT_TRUE(cls->GetInstances().empty());
+  EXPECT_EQ(StatusOf([&] { instance->Commit(); }), kORVStatusNamespaceGone);
+  EXPECT_EQ(instance->GetPropertyValue("id"), Uint32(0));
+}
+
+TEST_F(CIMNamespaceTest, DeepChainIsCreatedLookedUpAndReleased) {
+  // Releasing a long chain of superclasses must not recurse through it.
+  const int depth = 20000;
+  std::string super;
+  for (int i = 0; i < depth; ++i) {
+    const std::string name = "Level" + std::to_string(i);
+    auto cls = ns->CreateClass(name, ns->GetClass(super));
+    if (i == 0)
+      KeyProperty(*cls, "Id", Uint32(0));
+    cls->Commit();
+    super = name;
+  }
+  EXPECT_TRUE(ns->GetClass("LEVEL19999")->GetProperty("id")->IsKey());
+  EXPECT_EQ(ns->GetClasses().size(), static_cast<std::size_t>(depth));
+  ns.reset();
+}
+
+} // namespace
+} // namespace orvtest
