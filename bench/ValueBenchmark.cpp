@@ -18,11 +18,10 @@ std::vector<std::string> TextsFor(ECIMType type) {
   case kCIMTypeUint32:
     return {"0", "42", "65535", "4294967295", "1000000", " 17 ", "0xFF", "8"};
   case kCIMTypeSint64:
-    return {"-1", "9223372036854775807", "-9223372036854775808", "123456789",
-            "0", "-42", "+7", "1099511627776"};
+    return {"-1", "9223372036854775807", "-9223372036854775808", "123456789", "0", "-42",
+            "+7", "1099511627776"};
   case kCIMTypeBoolean:
-    return {"true", "false", "TRUE", "False", " true ", "false", "true",
-            "FALSE"};
+    return {"true", "false", "TRUE", "False", " true ", "false", "true", "FALSE"};
   case kCIMTypeString:
     return {"",
             "Name",
@@ -35,12 +34,10 @@ std::vector<std::string> TextsFor(ECIMType type) {
             "root/cimv2",
             "Deprecated"};
   case kCIMTypeReal64:
-    return {"0", "1.5", "-2.5E-3", "3.141592653589793", "1e308", "6.02e23",
-            "NaN", "100"};
+    return {"0", "1.5", "-2.5E-3", "3.141592653589793", "1e308", "6.02e23", "NaN", "100"};
   case kCIMTypeDateTime:
-    return {"20230405060708.123456+060", "19700101000000.000000+000",
-            "00000003040506.000000:000", "20161231235960.000000-330",
-            "2023****060708.000000+000", "20230405060708.12****+000",
+    return {"20230405060708.123456+060", "19700101000000.000000+000", "00000003040506.000000:000",
+            "20161231235960.000000-330", "2023****060708.000000+000", "20230405060708.12****+000",
             "99999999235959.999999:000", "20000229120000.000000+000"};
   default:
     return {};
@@ -69,9 +66,8 @@ BENCHMARK_CAPTURE(BM_ValueFromText, datetime, kCIMTypeDateTime);
 
 // A type name from a TYPE attribute, read as often as values are.
 void BM_TypeFromName(benchmark::State &state) {
-  const std::vector<std::string> names = {"string", "uint32", "boolean",
-                                          "datetime", "real64", "sint64",
-                                          "uint16", "reference"};
+  const std::vector<std::string> names = {"string", "uint32", "boolean", "datetime",
+                                          "real64", "sint64", "uint16",  "reference"};
   std::size_t next = 0;
   for (auto _ : state) {
     TCIMType type(names[next]);

@@ -16,7 +16,9 @@ bool IsSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 // One fixed-width field of the text: all digits, or all asterisks when it
 // is a wildcard. Mixed fields are not dates.
@@ -51,8 +53,7 @@ void WriteField(char *out, std::uint32_t value, std::size_t width, bool wild) {
   }
 }
 
-void AppendNumber(std::string &out, std::uint32_t value, std::size_t width,
-                  bool wild) {
+void AppendNumber(std::string &out, std::uint32_t value, std::size_t width, bool wild) {
   if (wild) {
     out += '*';
     return;
@@ -75,19 +76,15 @@ TCIMDateTime::TCIMDateTime() = default;
 
 TCIMDateTime::TCIMDateTime(unsigned short yearValue, unsigned short monthValue,
                            unsigned int dayValue, unsigned short hourValue,
-                           unsigned short minuteValue,
-                           unsigned short secondValue,
+                           unsigned short minuteValue, unsigned short secondValue,
                            unsigned int microsecondValue, short offsetMinutes)
     : day(dayValue), microseconds(microsecondValue), year(yearValue),
-      month(static_cast<std::uint8_t>(monthValue)),
-      hour(static_cast<std::uint8_t>(hourValue)),
+      month(static_cast<std::uint8_t>(monthValue)), hour(static_cast<std::uint8_t>(hourValue)),
       minute(static_cast<std::uint8_t>(minuteValue)),
-      second(static_cast<std::uint8_t>(secondValue)),
-      utcOffset(offsetMinutes) {}
+      second(static_cast<std::uint8_t>(secondValue)), utcOffset(offsetMinutes) {}
 
 TCIMDateTime TCIMDateTime::MakeInterval(unsigned int days, unsigned short hours,
-                                        unsigned short minutes,
-                                        unsigned short seconds,
+                                        unsigned short minutes, unsigned short seconds,
                                         unsigned int microseconds) {
   TCIMDateTime result(0, 0, days, hours, minutes, seconds, microseconds, 0);
   result.interval = true;
@@ -128,13 +125,11 @@ TCIMDateTime TCIMDateTime::Parse(const char *text, std::size_t length) {
     result.year = static_cast<std::uint16_t>(yearField.value);
     result.month = static_cast<std::uint8_t>(monthField.value);
     result.day = dayField.value;
-    result.wildcards |= (yearField.wild ? kWildYear : 0u) |
-                        (monthField.wild ? kWildMonth : 0u) |
+    result.wildcards |= (yearField.wild ? kWildYear : 0u) | (monthField.wild ? kWildMonth : 0u) |
                         (dayField.wild ? kWildDay : 0u);
     const TField offsetField = ReadField(text + 22, 3);
-    result.utcOffset = static_cast<std::int16_t>(
-        sign == '-' ? -static_cast<int>(offsetField.value)
-                    : static_cast<int>(offsetField.value));
+    result.utcOffset = static_cast<std::int16_t>(sign == '-' ? -static_cast<int>(offsetField.value)
+                                                             : static_cast<int>(offsetField.value));
     if (offsetField.wild)
       result.wildcards |= kWildUtcOffset;
   } else {
@@ -153,8 +148,7 @@ TCIMDateTime TCIMDateTime::Parse(const char *text, std::size_t length) {
   result.hour = static_cast<std::uint8_t>(hourField.value);
   result.minute = static_cast<std::uint8_t>(minuteField.value);
   result.second = static_cast<std::uint8_t>(secondField.value);
-  result.wildcards |= (hourField.wild ? kWildHour : 0u) |
-                      (minuteField.wild ? kWildMinute : 0u) |
+  result.wildcards |= (hourField.wild ? kWildHour : 0u) | (minuteField.wild ? kWildMinute : 0u) |
                       (secondField.wild ? kWildSecond : 0u);
 
   // Microseconds: digits, then asterisks for the least significant ones.
@@ -199,8 +193,7 @@ std::string TCIMDateTime::ToString() const {
   } else {
     out[21] = utcOffset < 0 ? '-' : '+';
     const int offset = utcOffset < 0 ? -utcOffset : utcOffset;
-    WriteField(out + 22, static_cast<std::uint32_t>(offset), 3,
-               (wildcards & kWildUtcOffset) != 0);
+    WriteField(out + 22, static_cast<std::uint32_t>(offset), 3, (wildcards & kWildUtcOffset) != 0);
   }
   return std::string(out, kCIMDateTimeLength);
 }
@@ -246,10 +239,9 @@ std::string TCIMDateTime::ToUIString() const {
 }
 
 bool TCIMDateTime::operator==(const TCIMDateTime &other) const {
-  return interval == other.interval && year == other.year &&
-         month == other.month && day == other.day && hour == other.hour &&
-         minute == other.minute && second == other.second &&
-         microseconds == other.microseconds &&
+  return interval == other.interval && year == other.year && month == other.month &&
+         day == other.day && hour == other.hour && minute == other.minute &&
+         second == other.second && microseconds == other.microseconds &&
          utcOffset == other.utcOffset && wildcards == other.wildcards &&
          microsecondWildDigits == other.microsecondWildDigits;
 }

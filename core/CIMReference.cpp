@@ -27,8 +27,7 @@ bool EqualsNoCase(const std::string &a, const std::string &b) {
 }
 
 bool IsNameChar(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-         (c >= '0' && c <= '9') || c == '_';
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
 bool IsSpace(char c) {
@@ -112,6 +111,8 @@ TCIMReference::TCIMReference(const TCIMReference &other) = default;
 TCIMReference &TCIMReference::operator=(const TCIMReference &other) = default;
 TCIMReference::~TCIMReference() = default;
 
+// By value in the exported interface, which callers are built against.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TCIMReference::SetNamespace(boost::shared_ptr<ICIMNamespace> ns) {
   cimNamespace = ns;
   if (ns)
@@ -124,8 +125,7 @@ boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const {
   return cimNamespace.lock();
 }
 
-void TCIMReference::AddKeyValue(const std::string &name,
-                                const TCIMValue &value) {
+void TCIMReference::AddKeyValue(const std::string &name, const TCIMValue &value) {
   for (auto &binding : keys) {
     if (EqualsNoCase(binding.first, name)) {
       binding.second = value;
@@ -219,9 +219,8 @@ TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
         const char *valueStart = p;
         while (p < end && *p != ',')
           ++p;
-        result.AddKeyValue(key, ReadBareKeyValue(
-                                    valueStart,
-                                    static_cast<std::size_t>(p - valueStart)));
+        result.AddKeyValue(key,
+                           ReadBareKeyValue(valueStart, static_cast<std::size_t>(p - valueStart)));
       }
       if (p == end)
         break;
@@ -231,20 +230,17 @@ TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
     }
   }
 
-  if (ns && (result.namespaceName.empty() ||
-             EqualsNoCase(result.namespaceName, ns->GetName())))
+  if (ns && (result.namespaceName.empty() || EqualsNoCase(result.namespaceName, ns->GetName())))
     result.SetNamespace(std::move(ns));
   return result;
 }
 
 bool TCIMReference::operator==(const TCIMReference &other) const {
   if (!EqualsNoCase(className, other.className) ||
-      !EqualsNoCase(namespaceName, other.namespaceName) ||
-      keys.size() != other.keys.size())
+      !EqualsNoCase(namespaceName, other.namespaceName) || keys.size() != other.keys.size())
     return false;
   for (std::size_t i = 0; i < keys.size(); ++i)
-    if (!EqualsNoCase(keys[i].first, other.keys[i].first) ||
-        keys[i].second != other.keys[i].second)
+    if (!EqualsNoCase(keys[i].first, other.keys[i].first) || keys[i].second != other.keys[i].second)
       return false;
   return true;
 }

@@ -21,9 +21,8 @@ constexpr std::size_t kTypeCount = 16;
 // valid during shutdown.
 const std::array<std::string, kTypeCount> &TypeNames() {
   static const auto *const kNames = new std::array<std::string, kTypeCount>{
-      {"", "boolean", "string", "char16", "uint8", "sint8", "uint16",
-       "sint16", "uint32", "sint32", "uint64", "sint64", "real32", "real64",
-       "datetime", "reference"}};
+      {"", "boolean", "string", "char16", "uint8", "sint8", "uint16", "sint16", "uint32", "sint32",
+       "uint64", "sint64", "real32", "real64", "datetime", "reference"}};
   return *kNames;
 }
 
@@ -46,7 +45,9 @@ bool EqualsLowerWord(const char *text, std::size_t length, const char *word,
   return true;
 }
 
-[[noreturn]] void Throw(EORVStatusCode code) { throw TORVException(code); }
+[[noreturn]] void Throw(EORVStatusCode code) {
+  throw TORVException(code);
+}
 
 struct TIntegerRange {
   bool isSigned;
@@ -63,8 +64,7 @@ TIntegerRange RangeOf(ECIMType type) {
   case kCIMTypeUint8:
     return {false, 0, std::numeric_limits<std::uint8_t>::max()};
   case kCIMTypeSint8:
-    return {true, std::numeric_limits<std::int8_t>::min(),
-            std::numeric_limits<std::int8_t>::max()};
+    return {true, std::numeric_limits<std::int8_t>::min(), std::numeric_limits<std::int8_t>::max()};
   case kCIMTypeUint16:
     return {false, 0, std::numeric_limits<std::uint16_t>::max()};
   case kCIMTypeSint16:
@@ -86,14 +86,13 @@ TIntegerRange RangeOf(ECIMType type) {
 }
 
 bool IsUnsignedType(ECIMType type) {
-  return type == kCIMTypeChar16 || type == kCIMTypeUint8 ||
-         type == kCIMTypeUint16 || type == kCIMTypeUint32 ||
-         type == kCIMTypeUint64;
+  return type == kCIMTypeChar16 || type == kCIMTypeUint8 || type == kCIMTypeUint16 ||
+         type == kCIMTypeUint32 || type == kCIMTypeUint64;
 }
 
 bool IsSignedType(ECIMType type) {
-  return type == kCIMTypeSint8 || type == kCIMTypeSint16 ||
-         type == kCIMTypeSint32 || type == kCIMTypeSint64;
+  return type == kCIMTypeSint8 || type == kCIMTypeSint16 || type == kCIMTypeSint32 ||
+         type == kCIMTypeSint64;
 }
 
 bool IsRealType(ECIMType type) {
@@ -132,8 +131,7 @@ TInteger ParseInteger(ECIMType type, const char *begin, const char *end) {
   // sign is rejected as bad text here.
   std::uint64_t magnitude = 0;
   const auto result = std::from_chars(begin, end, magnitude, base);
-  if (begin == end || result.ptr != end ||
-      result.ec == std::errc::invalid_argument)
+  if (begin == end || result.ptr != end || result.ec == std::errc::invalid_argument)
     Throw(kORVStatusInvalidValueText);
   if (result.ec == std::errc::result_out_of_range)
     Throw(kORVStatusValueOutOfRange);
@@ -150,8 +148,8 @@ TInteger ParseInteger(ECIMType type, const char *begin, const char *end) {
   if (negative ? magnitude > minMagnitude : magnitude > range.max)
     Throw(kORVStatusValueOutOfRange);
   // Negating in unsigned arithmetic keeps the smallest sint64 defined.
-  value.signedValue = negative ? static_cast<std::int64_t>(0 - magnitude)
-                               : static_cast<std::int64_t>(magnitude);
+  value.signedValue =
+      negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
   return value;
 }
 
@@ -174,8 +172,7 @@ double ParseReal(ECIMType type, const char *begin, const char *end) {
   } else {
     result = std::from_chars(begin, end, value);
   }
-  if (begin == end || result.ptr != end ||
-      result.ec == std::errc::invalid_argument)
+  if (begin == end || result.ptr != end || result.ec == std::errc::invalid_argument)
     Throw(kORVStatusInvalidValueText);
   if (result.ec == std::errc::result_out_of_range)
     Throw(kORVStatusValueOutOfRange);
@@ -189,15 +186,13 @@ std::uint64_t ParseChar16(const std::string &text) {
   if (text.size() == 1)
     return bytes[0];
   std::uint32_t codePoint = 0;
-  if (text.size() == 2 && (bytes[0] & 0xE0) == 0xC0 &&
-      (bytes[1] & 0xC0) == 0x80) {
+  if (text.size() == 2 && (bytes[0] & 0xE0) == 0xC0 && (bytes[1] & 0xC0) == 0x80) {
     codePoint = ((bytes[0] & 0x1Fu) << 6) | (bytes[1] & 0x3Fu);
     if (codePoint >= 0x80)
       return codePoint;
-  } else if (text.size() == 3 && (bytes[0] & 0xF0) == 0xE0 &&
-             (bytes[1] & 0xC0) == 0x80 && (bytes[2] & 0xC0) == 0x80) {
-    codePoint = ((bytes[0] & 0x0Fu) << 12) | ((bytes[1] & 0x3Fu) << 6) |
-                (bytes[2] & 0x3Fu);
+  } else if (text.size() == 3 && (bytes[0] & 0xF0) == 0xE0 && (bytes[1] & 0xC0) == 0x80 &&
+             (bytes[2] & 0xC0) == 0x80) {
+    codePoint = ((bytes[0] & 0x0Fu) << 12) | ((bytes[1] & 0x3Fu) << 6) | (bytes[2] & 0x3Fu);
     if (codePoint >= 0x800 && (codePoint < 0xD800 || codePoint > 0xDFFF))
       return codePoint;
   }
@@ -289,8 +284,7 @@ void AppendMOFQuoted(std::string &out, const std::string &text, char quote) {
 TCIMValue::TCIMType::TCIMType(const std::string &name) : typeCode(kCIMTypeNone) {
   const auto &names = TypeNames();
   for (std::size_t code = 1; code < kTypeCount; ++code) {
-    if (EqualsLowerWord(name.data(), name.size(), names[code].data(),
-                        names[code].size())) {
+    if (EqualsLowerWord(name.data(), name.size(), names[code].data(), names[code].size())) {
       typeCode = static_cast<ECIMType>(code);
       return;
     }
@@ -325,8 +319,7 @@ TCIMValue::TCIMValue(TCIMType valueType, const std::string &valueText,
     Trim(begin, end);
     if (EqualsLowerWord(begin, static_cast<std::size_t>(end - begin), "true", 4))
       scalar.boolean = true;
-    else if (EqualsLowerWord(begin, static_cast<std::size_t>(end - begin),
-                             "false", 5))
+    else if (EqualsLowerWord(begin, static_cast<std::size_t>(end - begin), "false", 5))
       scalar.boolean = false;
     else
       Throw(kORVStatusInvalidValueText);
@@ -369,8 +362,7 @@ TCIMValue::TCIMValue(bool value) : type(kCIMTypeBoolean), null(false) {
   scalar.boolean = value;
 }
 
-TCIMValue::TCIMValue(const std::string &value)
-    : type(kCIMTypeString), null(false), text(value) {}
+TCIMValue::TCIMValue(const std::string &value) : type(kCIMTypeString), null(false), text(value) {}
 
 TCIMValue::TCIMValue(const char *value) : type(kCIMTypeString) {
   // A null pointer is a null string rather than a crash.
@@ -540,6 +532,8 @@ void TCIMValue::Set(const TCIMReference &newReference) {
   elements.reset();
 }
 
+// By value in the exported interface, which callers are built against.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void TCIMValue::SetReferencedClass(boost::shared_ptr<ICIMClass> cls) {
   const ECIMType scalarType = GetType().GetElementType();
   if (cls && scalarType != kCIMTypeReference && scalarType != kCIMTypeNone)
@@ -583,8 +577,7 @@ std::string TCIMValue::ToMOF() const {
   case kCIMTypeReal64: {
     AppendReal(out, type, scalar.realValue);
     // A MOF real needs its decimal point; "1e+20" becomes "1.0e+20".
-    if (std::isfinite(scalar.realValue) &&
-        out.find('.') == std::string::npos) {
+    if (std::isfinite(scalar.realValue) && out.find('.') == std::string::npos) {
       const auto exponent = out.find('e');
       out.insert(exponent == std::string::npos ? out.size() : exponent, ".0");
     }

@@ -14,6 +14,8 @@ std::atomic<bool> orvParserSwitch{false};
 
 } // namespace
 
+// By value in the exported interface, which callers are built against.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::uint64_t TOSSpecific::GetFileSize(std::string path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0)

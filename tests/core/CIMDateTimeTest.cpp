@@ -21,32 +21,26 @@ struct TValidCase {
 const TValidCase kValid[] = {
     {"20230405060708.123456+060", false, 0, "20230405060708.123456+060",
      "2023-04-05 06:07:08.123456 UTC+01:00"},
-    {"19700101000000.000000+000", false, 0, "19700101000000.000000+000",
-     "1970-01-01 00:00:00"},
-    {"19700101000000.000000-000", false, 0, "19700101000000.000000+000",
-     "1970-01-01 00:00:00"},
+    {"19700101000000.000000+000", false, 0, "19700101000000.000000+000", "1970-01-01 00:00:00"},
+    {"19700101000000.000000-000", false, 0, "19700101000000.000000+000", "1970-01-01 00:00:00"},
     // The leap second, and a negative offset in hours and minutes.
     {"20161231235960.000000-330", false, 0, "20161231235960.000000-330",
      "2016-12-31 23:59:60 UTC-05:30"},
     {" \t20230405060708.000001+000\r\n", false, 0, "20230405060708.000001+000",
      "2023-04-05 06:07:08.000001"},
-    {"00000003040506.000000:000", true, 0, "00000003040506.000000:000",
-     "3 days 04:05:06"},
-    {"00000001000000.000500:000", true, 0, "00000001000000.000500:000",
-     "1 day 00:00:00.000500"},
+    {"00000003040506.000000:000", true, 0, "00000003040506.000000:000", "3 days 04:05:06"},
+    {"00000001000000.000500:000", true, 0, "00000001000000.000500:000", "1 day 00:00:00.000500"},
     {"99999999235959.999999:000", true, 0, "99999999235959.999999:000",
      "99999999 days 23:59:59.999999"},
     // Wildcards: whole fields, or trailing digits of the microseconds.
-    {"2023****060708.000000+000", false,
-     TCIMDateTime::kWildMonth | TCIMDateTime::kWildDay,
+    {"2023****060708.000000+000", false, TCIMDateTime::kWildMonth | TCIMDateTime::kWildDay,
      "2023****060708.000000+000", "2023-*-* 06:07:08"},
     {"20230405060708.12****+000", false, TCIMDateTime::kWildMicroseconds,
      "20230405060708.12****+000", "2023-04-05 06:07:08.12****"},
     {"**************.******+***", false, 0xFF, "**************.******+***",
      "*-*-* *:*:*.****** UTC*"},
     {"********1200**.******:000", true,
-     TCIMDateTime::kWildDay | TCIMDateTime::kWildSecond |
-         TCIMDateTime::kWildMicroseconds,
+     TCIMDateTime::kWildDay | TCIMDateTime::kWildSecond | TCIMDateTime::kWildMicroseconds,
      "********1200**.******:000", "* days 12:00:*.******"},
 };
 
@@ -72,24 +66,24 @@ TEST(CIMDateTimeTest, InvalidFormsThrowInvalidDateTime) {
   const char *const kInvalid[] = {
       "",
       "2023",
-      "20230405060708.123456+0600",   // 26 characters
-      "20231305060708.123456+060",    // month 13
-      "20230005060708.123456+060",    // month 0
-      "20230400060708.123456+060",    // day 0
-      "20230432060708.123456+060",    // day 32
-      "20230405240708.123456+060",    // hour 24
-      "20230405066008.123456+060",    // minute 60
-      "20230405060761.123456+060",    // second 61
-      "00000003040560.000000:000",    // an interval's second 60
-      "00000003240000.000000:000",    // an interval's hour 24
-      "00000003040506.000000:001",    // an interval's tail is zeros
-      "20230405060708.123456*060",    // no offset sign
-      "20230405060708,123456+060",    // no dot
-      "2023*405060708.123456+060",    // half a wildcard field
-      "20230405060708.1*3***+060",    // a digit after a wild digit
-      "20230405060708.123456+06*",    // half a wild offset
-      "2023O405060708.123456+060",    // a letter
-      "2023 405060708.123456+060",    // a blank inside
+      "20230405060708.123456+0600", // 26 characters
+      "20231305060708.123456+060",  // month 13
+      "20230005060708.123456+060",  // month 0
+      "20230400060708.123456+060",  // day 0
+      "20230432060708.123456+060",  // day 32
+      "20230405240708.123456+060",  // hour 24
+      "20230405066008.123456+060",  // minute 60
+      "20230405060761.123456+060",  // second 61
+      "00000003040560.000000:000",  // an interval's second 60
+      "00000003240000.000000:000",  // an interval's hour 24
+      "00000003040506.000000:001",  // an interval's tail is zeros
+      "20230405060708.123456*060",  // no offset sign
+      "20230405060708,123456+060",  // no dot
+      "2023*405060708.123456+060",  // half a wildcard field
+      "20230405060708.1*3***+060",  // a digit after a wild digit
+      "20230405060708.123456+06*",  // half a wild offset
+      "2023O405060708.123456+060",  // a letter
+      "2023 405060708.123456+060",  // a blank inside
   };
   for (const char *text : kInvalid) {
     SCOPED_TRACE(text);
@@ -112,8 +106,7 @@ TEST(CIMDateTimeTest, FieldsMatchTheConstructors) {
   EXPECT_EQ(interval, TCIMDateTime::MakeInterval(12345, 1, 2, 3, 4));
   EXPECT_EQ(interval.GetDay(), 12345u);
   // An interval and a timestamp with the same digits differ.
-  EXPECT_NE(TCIMDateTime::MakeInterval(1, 0, 0, 0, 0),
-            TCIMDateTime(0, 0, 1, 0, 0, 0, 0, 0));
+  EXPECT_NE(TCIMDateTime::MakeInterval(1, 0, 0, 0, 0), TCIMDateTime(0, 0, 1, 0, 0, 0, 0, 0));
   // Wildcards are part of the value.
   EXPECT_NE(TCIMDateTime::Parse("20230405060708.12****+000"),
             TCIMDateTime(2023, 4, 5, 6, 7, 8, 120000, 0));

@@ -12,8 +12,7 @@ using namespace NVRNORV20;
 
 namespace {
 
-TCIMReference ParseText(const std::string &text,
-                        boost::shared_ptr<ICIMNamespace> ns = nullptr) {
+TCIMReference ParseText(const std::string &text, boost::shared_ptr<ICIMNamespace> ns = nullptr) {
   return TCIMReference::Parse(text.data(), text.size(), std::move(ns));
 }
 
@@ -63,8 +62,7 @@ TEST(CIMReferenceTest, BadPathsThrowInvalidValueText) {
 }
 
 TEST(CIMReferenceTest, KeyValuesGetTheirTypesFromTheText) {
-  const TCIMReference path =
-      ParseText(" CIM_Disk.S=\"12\",U=12,I=-12,R=1e3,B=FALSE,H=0x10 ");
+  const TCIMReference path = ParseText(" CIM_Disk.S=\"12\",U=12,I=-12,R=1e3,B=FALSE,H=0x10 ");
   const struct {
     const char *key;
     TCIMValue value;

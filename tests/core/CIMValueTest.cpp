@@ -16,8 +16,7 @@ namespace {
 
 // The status the text constructor throws, or kORVStatusOK when it reads the
 // text; on success value receives the result.
-EORVStatusCode Convert(ECIMType type, const std::string &text,
-                       TCIMValue &value) {
+EORVStatusCode Convert(ECIMType type, const std::string &text, TCIMValue &value) {
   try {
     value = TCIMValue(TCIMType(type), text, nullptr);
     return kORVStatusOK;
@@ -58,10 +57,8 @@ const TTextCase kTextCases[] = {
     {kCIMTypeUint16, "65536", kORVStatusValueOutOfRange, ""},
     {kCIMTypeUint32, "4294967295", kORVStatusOK, "4294967295"},
     {kCIMTypeUint32, "4294967296", kORVStatusValueOutOfRange, ""},
-    {kCIMTypeUint64, "18446744073709551615", kORVStatusOK,
-     "18446744073709551615"},
-    {kCIMTypeUint64, "0xFFFFFFFFFFFFFFFF", kORVStatusOK,
-     "18446744073709551615"},
+    {kCIMTypeUint64, "18446744073709551615", kORVStatusOK, "18446744073709551615"},
+    {kCIMTypeUint64, "0xFFFFFFFFFFFFFFFF", kORVStatusOK, "18446744073709551615"},
     {kCIMTypeUint64, "18446744073709551616", kORVStatusValueOutOfRange, ""},
     {kCIMTypeUint64, "0x10000000000000000", kORVStatusValueOutOfRange, ""},
 
@@ -76,14 +73,11 @@ const TTextCase kTextCases[] = {
     {kCIMTypeSint16, "32768", kORVStatusValueOutOfRange, ""},
     {kCIMTypeSint32, "-2147483648", kORVStatusOK, "-2147483648"},
     {kCIMTypeSint32, "-2147483649", kORVStatusValueOutOfRange, ""},
-    {kCIMTypeSint64, "-9223372036854775808", kORVStatusOK,
-     "-9223372036854775808"},
+    {kCIMTypeSint64, "-9223372036854775808", kORVStatusOK, "-9223372036854775808"},
     {kCIMTypeSint64, "-9223372036854775809", kORVStatusValueOutOfRange, ""},
-    {kCIMTypeSint64, "9223372036854775807", kORVStatusOK,
-     "9223372036854775807"},
+    {kCIMTypeSint64, "9223372036854775807", kORVStatusOK, "9223372036854775807"},
     {kCIMTypeSint64, "9223372036854775808", kORVStatusValueOutOfRange, ""},
-    {kCIMTypeSint64, "123456789012345678901234567890",
-     kORVStatusValueOutOfRange, ""},
+    {kCIMTypeSint64, "123456789012345678901234567890", kORVStatusValueOutOfRange, ""},
 
     // Integer texts that are not numbers.
     {kCIMTypeSint32, "", kORVStatusInvalidValueText, ""},
@@ -137,8 +131,7 @@ const TTextCase kTextCases[] = {
     {kCIMTypeString, "  two  spaces  ", kORVStatusOK, "  two  spaces  "},
     {kCIMTypeString, "", kORVStatusOK, ""},
 
-    {kCIMTypeDateTime, " 20230405060708.123456+060 ", kORVStatusOK,
-     "20230405060708.123456+060"},
+    {kCIMTypeDateTime, " 20230405060708.123456+060 ", kORVStatusOK, "20230405060708.123456+060"},
     {kCIMTypeDateTime, "2023-04-05", kORVStatusInvalidDateTime, ""},
     {kCIMTypeDateTime, "", kORVStatusInvalidDateTime, ""},
 
@@ -147,8 +140,7 @@ const TTextCase kTextCases[] = {
     {kCIMTypeReference, "CIM_Disk.", kORVStatusInvalidValueText, ""},
 
     // Only scalar types have a text form.
-    {static_cast<ECIMType>(kCIMTypeUint8 | kCIMTypeArrayFlag), "1",
-     kORVStatusInvalidArgument, ""},
+    {static_cast<ECIMType>(kCIMTypeUint8 | kCIMTypeArrayFlag), "1", kORVStatusInvalidArgument, ""},
     {kCIMTypeNone, "1", kORVStatusInvalidArgument, ""},
 };
 
@@ -189,13 +181,13 @@ TEST(CIMValueTest, TypeNames) {
     const char *name;
     ECIMType code;
   } kNames[] = {
-      {"boolean", kCIMTypeBoolean},   {"STRING", kCIMTypeString},
-      {"Char16", kCIMTypeChar16},     {"uint8", kCIMTypeUint8},
-      {"sint8", kCIMTypeSint8},       {"uint16", kCIMTypeUint16},
-      {"sint16", kCIMTypeSint16},     {"uint32", kCIMTypeUint32},
-      {"sint32", kCIMTypeSint32},     {"uint64", kCIMTypeUint64},
-      {"SInt64", kCIMTypeSint64},     {"real32", kCIMTypeReal32},
-      {"real64", kCIMTypeReal64},     {"DateTime", kCIMTypeDateTime},
+      {"boolean", kCIMTypeBoolean},     {"STRING", kCIMTypeString},
+      {"Char16", kCIMTypeChar16},       {"uint8", kCIMTypeUint8},
+      {"sint8", kCIMTypeSint8},         {"uint16", kCIMTypeUint16},
+      {"sint16", kCIMTypeSint16},       {"uint32", kCIMTypeUint32},
+      {"sint32", kCIMTypeSint32},       {"uint64", kCIMTypeUint64},
+      {"SInt64", kCIMTypeSint64},       {"real32", kCIMTypeReal32},
+      {"real64", kCIMTypeReal64},       {"DateTime", kCIMTypeDateTime},
       {"reference", kCIMTypeReference},
   };
   for (const auto &row : kNames) {
@@ -221,8 +213,7 @@ TEST(CIMValueTest, TypeNames) {
 
 TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
   TCIMValue value;
-  value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()),
-            elements);
+  value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()), elements);
   return value;
 }
 
@@ -241,32 +232,29 @@ TEST(CIMValueTest, MOFAndCIMXMLText) {
       {"boolean", TCIMValue(true), "true", "true"},
       {"sint8", TCIMValue::MakeSigned(kCIMTypeSint8, -5), "-5", "-5"},
       {"real64 integral", TCIMValue::MakeReal(kCIMTypeReal64, 1), "1.0", "1"},
-      {"real64 exponent", TCIMValue::MakeReal(kCIMTypeReal64, 1e20),
-       "1.0e+20", "1e+20"},
+      {"real64 exponent", TCIMValue::MakeReal(kCIMTypeReal64, 1e20), "1.0e+20", "1e+20"},
       {"real32", TCIMValue::MakeReal(kCIMTypeReal32, 0.1), "0.1", "0.1"},
-      {"string escapes", TCIMValue("q\"b\\n\nt\tr\rf\fb\b"),
-       "\"q\\\"b\\\\n\\nt\\tr\\rf\\fb\\b\"", "q\"b\\n\nt\tr\rf\fb\b"},
-      {"control characters", TCIMValue(std::string("\x01\x7F\0", 3)),
-       "\"\\x0001\\x007F\\x0000\"", nullptr},
+      {"string escapes", TCIMValue("q\"b\\n\nt\tr\rf\fb\b"), "\"q\\\"b\\\\n\\nt\\tr\\rf\\fb\\b\"",
+       "q\"b\\n\nt\tr\rf\fb\b"},
+      {"control characters", TCIMValue(std::string("\x01\x7F\0", 3)), "\"\\x0001\\x007F\\x0000\"",
+       nullptr},
       {"non-ASCII passes", TCIMValue("\xC3\xA9"), "\"\xC3\xA9\"", "\xC3\xA9"},
-      {"char16 quote", TCIMValue(TCIMType(kCIMTypeChar16), "'", nullptr),
-       "'\\''", "'"},
-      {"char16 double quote", TCIMValue(TCIMType(kCIMTypeChar16), "\"", nullptr),
-       "'\"'", "\""},
+      {"char16 quote", TCIMValue(TCIMType(kCIMTypeChar16), "'", nullptr), "'\\''", "'"},
+      {"char16 double quote", TCIMValue(TCIMType(kCIMTypeChar16), "\"", nullptr), "'\"'", "\""},
       {"datetime", TCIMValue(TCIMDateTime(2023, 4, 5, 6, 7, 8, 9, -60)),
        "\"20230405060708.000009-060\"", "20230405060708.000009-060"},
       {"reference", TCIMValue(path), "\"CIM_Disk.Id=\\\"a\\\\\\\"b\\\"\"",
        "CIM_Disk.Id=\"a\\\"b\""},
-      {"array", Array(kCIMTypeUint8, {TCIMValue::MakeUnsigned(kCIMTypeUint8, 1),
-                                      TCIMValue::MakeUnsigned(kCIMTypeUint8, 2)}),
+      {"array",
+       Array(kCIMTypeUint8, {TCIMValue::MakeUnsigned(kCIMTypeUint8, 1),
+                             TCIMValue::MakeUnsigned(kCIMTypeUint8, 2)}),
        "{1, 2}", "1, 2"},
-      {"array with null", Array(kCIMTypeString, {TCIMValue("a"), TCIMValue()}),
-       "{\"a\", NULL}", "a, "},
+      {"array with null", Array(kCIMTypeString, {TCIMValue("a"), TCIMValue()}), "{\"a\", NULL}",
+       "a, "},
       {"empty array", Array(kCIMTypeString, {}), "{}", ""},
-      {"null array", TCIMValue(TCIMType(static_cast<ECIMType>(
-                                   kCIMTypeString | kCIMTypeArrayFlag)),
-                               4),
-       "NULL", ""},
+      {"null array",
+       TCIMValue(TCIMType(static_cast<ECIMType>(kCIMTypeString | kCIMTypeArrayFlag)), 4), "NULL",
+       ""},
   };
   for (const auto &row : kCases) {
     SCOPED_TRACE(row.what);
@@ -284,8 +272,7 @@ TEST(CIMValueTest, EqualityLooksAtTypeNullnessAndContent) {
   EXPECT_NE(u8, TCIMValue::MakeUnsigned(kCIMTypeUint8, 8));
   EXPECT_NE(u8, TCIMValue(TCIMType(kCIMTypeUint8), 0));
   // Nulls of one type are equal whatever count they were declared with.
-  const TCIMType stringArray(
-      static_cast<ECIMType>(kCIMTypeString | kCIMTypeArrayFlag));
+  const TCIMType stringArray(static_cast<ECIMType>(kCIMTypeString | kCIMTypeArrayFlag));
   EXPECT_EQ(TCIMValue(stringArray, 3), TCIMValue(stringArray, 5));
   EXPECT_NE(TCIMValue(stringArray, 3), TCIMValue());
   // A NaN equals its copy.
@@ -297,15 +284,13 @@ TEST(CIMValueTest, EqualityLooksAtTypeNullnessAndContent) {
 }
 
 TEST(CIMValueTest, CopiesOfAnArrayAreIndependent) {
-  const TCIMValue original =
-      Array(kCIMTypeSint32, {TCIMValue::MakeSigned(kCIMTypeSint32, 1),
-                             TCIMValue::MakeSigned(kCIMTypeSint32, 2)});
+  const TCIMValue original = Array(kCIMTypeSint32, {TCIMValue::MakeSigned(kCIMTypeSint32, 1),
+                                                    TCIMValue::MakeSigned(kCIMTypeSint32, 2)});
   TCIMValue copy = original;
   EXPECT_EQ(copy, original);
   EXPECT_EQ(copy.GetCount(), 2u);
 
-  copy.Set(TCIMType(kCIMTypeSint32), 1,
-           {TCIMValue::MakeSigned(kCIMTypeSint32, 9)});
+  copy.Set(TCIMType(kCIMTypeSint32), 1, {TCIMValue::MakeSigned(kCIMTypeSint32, 9)});
   EXPECT_NE(copy, original);
   EXPECT_EQ(copy.ToString(), "9");
   ASSERT_EQ(original.GetCount(), 2u);
@@ -318,16 +303,13 @@ TEST(CIMValueTest, CopiesOfAnArrayAreIndependent) {
 }
 
 TEST(CIMValueTest, NullArraysKeepTheirDeclaredCount) {
-  const TCIMValue null(TCIMType(static_cast<ECIMType>(
-                           kCIMTypeUint8 | kCIMTypeArrayFlag)),
-                       4);
+  const TCIMValue null(TCIMType(static_cast<ECIMType>(kCIMTypeUint8 | kCIMTypeArrayFlag)), 4);
   EXPECT_TRUE(null.IsNull());
   EXPECT_TRUE(null.IsArray());
   EXPECT_EQ(null.GetCount(), 4u);
   // Set adds the array flag to a scalar element type.
   TCIMValue filled = null;
-  filled.Set(TCIMType(kCIMTypeUint8), 4,
-             {TCIMValue::MakeUnsigned(kCIMTypeUint8, 1)});
+  filled.Set(TCIMType(kCIMTypeUint8), 4, {TCIMValue::MakeUnsigned(kCIMTypeUint8, 1)});
   EXPECT_EQ(filled.GetType(), null.GetType());
   EXPECT_EQ(filled.GetCount(), 1u);
   EXPECT_FALSE(filled.IsNull());
@@ -356,12 +338,10 @@ TEST(CIMValueTest, AccessorsRefuseOtherTypesAndNull) {
             kORVStatusValueOutOfRange);
   EXPECT_EQ(statusOf([] { TCIMValue::MakeUnsigned(kCIMTypeChar16, 0x10000); }),
             kORVStatusValueOutOfRange);
-  EXPECT_EQ(statusOf([] { TCIMValue::MakeUnsigned(kCIMTypeSint8, 1); }),
-            kORVStatusTypeMismatch);
+  EXPECT_EQ(statusOf([] { TCIMValue::MakeUnsigned(kCIMTypeSint8, 1); }), kORVStatusTypeMismatch);
   EXPECT_EQ(statusOf([] { TCIMValue::MakeSigned(kCIMTypeSint16, -32769); }),
             kORVStatusValueOutOfRange);
-  EXPECT_EQ(statusOf([] { TCIMValue::MakeReal(kCIMTypeReal32, 1e39); }),
-            kORVStatusValueOutOfRange);
+  EXPECT_EQ(statusOf([] { TCIMValue::MakeReal(kCIMTypeReal32, 1e39); }), kORVStatusValueOutOfRange);
   EXPECT_EQ(statusOf([] {
               TCIMValue value;
               value.Set(TCIMType(kCIMTypeNone), 0, {});

@@ -30,8 +30,7 @@ TEST(LoggerTest, DefaultWritesLevelTextAndLineFeedToStandardError) {
   testing::internal::CaptureStderr();
   TRootObject::GetCoreLogger()->Log(3, "CIM-XML Parser line 7: broken");
   TRootObject::GetCoreLogger()->Log(0, "");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "[3] CIM-XML Parser line 7: broken\n[0] \n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "[3] CIM-XML Parser line 7: broken\n[0] \n");
 }
 
 } // namespace
