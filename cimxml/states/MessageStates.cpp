@@ -25,8 +25,7 @@ bool IsAcceptedParameter(const std::string &name) {
 
 // message ------------------------------------------------------------------
 
-void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser,
-                                                TAttributes &attributes) {
+void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   // "id" and anything else are ignored; only a version that is there and
   // not ours is refused.
   auto version = attributes.find("protocolversion");
@@ -34,8 +33,7 @@ void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser,
     parser.FatalError("Unknown protocol version");
 }
 
-void TCIMXMLParser::TStateMessage::ChildElement(TCIMXMLParser &parser,
-                                                const std::string &name,
+void TCIMXMLParser::TStateMessage::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                 TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"simplereq", 0, 0, kKeepPhase, &MakeSimpleReq},
@@ -62,8 +60,7 @@ TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMessage::MakeSimpleRsp(TCIMXM
 
 // multireq -----------------------------------------------------------------
 
-void TCIMXMLParser::TStateMultiReq::ChildElement(TCIMXMLParser &parser,
-                                                 const std::string &name,
+void TCIMXMLParser::TStateMultiReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
   // The phase counts requests up to two; later ones leave it at 2.
   static constexpr TChildRow kRows[] = {
@@ -86,8 +83,7 @@ void TCIMXMLParser::TStateMultiReq::ElementEnd(TCIMXMLParser &parser, const std:
 
 // simplereq, imethodcall ---------------------------------------------------
 
-void TCIMXMLParser::TStateSimpleReq::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateSimpleReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"imethodcall", 0, 0, kKeepPhase, &MakeIMethodCall},
@@ -110,8 +106,7 @@ void TCIMXMLParser::TStateIMethodCall::ElementStart(TCIMXMLParser &parser,
     parser.FatalError(("Unexpected IMethodCall method " + methodName).c_str());
 }
 
-void TCIMXMLParser::TStateIMethodCall::ChildElement(TCIMXMLParser &parser,
-                                                    const std::string &name,
+void TCIMXMLParser::TStateIMethodCall::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
@@ -127,7 +122,7 @@ TCIMXMLParser::TStateIMethodCall::MakeLocalNamespacePath(TCIMXMLParser &, TParse
 }
 
 TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateIMethodCall::MakeIParamValue(TCIMXMLParser &,
-                                                                               TParseState &) {
+                                                                                TParseState &) {
   return boost::make_shared<TStateIParamValue>();
 }
 
@@ -141,8 +136,7 @@ void TCIMXMLParser::TStateIParamValue::ElementStart(TCIMXMLParser &parser,
     parser.FatalError("Unexpected IParamValue parameter name");
 }
 
-void TCIMXMLParser::TStateIParamValue::ChildElement(TCIMXMLParser &parser,
-                                                    const std::string &name,
+void TCIMXMLParser::TStateIParamValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"class", 0, 0, 1, &MakeClass},
@@ -178,8 +172,7 @@ void TCIMXMLParser::TStateIParamValue::ElementEnd(TCIMXMLParser &parser, const s
 
 // simplersp, imethodresponse, error ----------------------------------------
 
-void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"imethodresponse", 0, 0, kKeepPhase, &MakeMethodResponse},
@@ -187,8 +180,8 @@ void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateSimpleRsp::MakeMethodResponse(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateSimpleRsp::MakeMethodResponse(TCIMXMLParser &,
+                                                                                 TParseState &) {
   return boost::make_shared<TStateMethodResponse>();
 }
 
@@ -204,8 +197,8 @@ void TCIMXMLParser::TStateMethodResponse::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 1);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateMethodResponse::MakeIReturnValue(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethodResponse::MakeIReturnValue(TCIMXMLParser &,
+                                                                                    TParseState &) {
   return boost::make_shared<TStateIReturnValue>();
 }
 
@@ -225,8 +218,7 @@ void TCIMXMLParser::TStateError::ChildElement(TCIMXMLParser &parser, const std::
 
 // ireturnvalue -------------------------------------------------------------
 
-void TCIMXMLParser::TStateIReturnValue::ChildElement(TCIMXMLParser &parser,
-                                                     const std::string &name,
+void TCIMXMLParser::TStateIReturnValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"class", 0, 0, 1, &MakeClass},

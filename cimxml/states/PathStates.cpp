@@ -8,7 +8,9 @@ namespace NVRNORV20 {
 
 namespace {
 
-bool IsTrailingSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+bool IsTrailingSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
 
 } // namespace
 
@@ -26,8 +28,8 @@ void TCIMXMLParser::TStateNamespacePath::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 1);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateNamespacePath::MakeHost(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateNamespacePath::MakeHost(TCIMXMLParser &parser,
+                                                                           TParseState &parent) {
   auto &self = static_cast<TStateNamespacePath &>(parent);
   return boost::make_shared<TStateHost>(parser, self.host);
 }
@@ -91,22 +93,19 @@ void TCIMXMLParser::TStateHost::ElementEnd(TCIMXMLParser &parser, const std::str
 
 // namespace, classname -----------------------------------------------------
 
-void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser,
-                                                  TAttributes &attributes) {
+void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &target);
 }
 
-void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   AcceptChild(parser, name, attributes, nullptr, 0, 0);
 }
 
 // classpath, localclasspath ------------------------------------------------
 
-void TCIMXMLParser::TStateClassPath::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateClassPath::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"namespacepath", 0, 0, 1, &MakeNamespacePath},
@@ -121,8 +120,8 @@ TCIMXMLParser::TStateClassPath::MakeNamespacePath(TCIMXMLParser &, TParseState &
   return boost::make_shared<TStateNamespacePath>(self.host, self.namespacePath);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClassPath::MakeClassName(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClassPath::MakeClassName(TCIMXMLParser &,
+                                                                            TParseState &parent) {
   auto &self = static_cast<TStateClassPath &>(parent);
   return boost::make_shared<TStateClassName>(self.className);
 }
@@ -138,8 +137,7 @@ void TCIMXMLParser::TStateLocalClassPath::ChildElement(TCIMXMLParser &parser,
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalClassPath::MakeLocalNamespacePath(TCIMXMLParser &,
-                                                            TParseState &parent) {
+TCIMXMLParser::TStateLocalClassPath::MakeLocalNamespacePath(TCIMXMLParser &, TParseState &parent) {
   auto &self = static_cast<TStateLocalClassPath &>(parent);
   return boost::make_shared<TStateLocalNamespacePath>(self.namespacePath);
 }
@@ -152,8 +150,7 @@ TCIMXMLParser::TStateLocalClassPath::MakeClassName(TCIMXMLParser &, TParseState 
 
 // instancepath, localinstancepath ------------------------------------------
 
-void TCIMXMLParser::TStateInstancePath::ChildElement(TCIMXMLParser &parser,
-                                                     const std::string &name,
+void TCIMXMLParser::TStateInstancePath::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"namespacepath", 0, 0, 1, &MakeNamespacePath},

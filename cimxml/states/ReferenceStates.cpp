@@ -38,8 +38,7 @@ void TCIMXMLParser::TStateInstanceName::ElementStart(TCIMXMLParser &parser,
   }
 }
 
-void TCIMXMLParser::TStateInstanceName::ChildElement(TCIMXMLParser &parser,
-                                                     const std::string &name,
+void TCIMXMLParser::TStateInstanceName::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   // Key bindings (phase 1), or a single key value or reference (phase 2).
   static constexpr TChildRow kRows[] = {
@@ -56,8 +55,8 @@ TCIMXMLParser::TStateInstanceName::MakeKeyBinding(TCIMXMLParser &, TParseState &
   return boost::make_shared<TStateKeyBinding>(self.cls, self.target);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstanceName::MakeKeyValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateInstanceName::MakeKeyValue(TCIMXMLParser &parser,
+                                                                              TParseState &parent) {
   auto &self = static_cast<TStateInstanceName &>(parent);
   self.keyValueSeen = true;
   return boost::make_shared<TStateKeyValue>(parser, self.keyValueText);
@@ -70,8 +69,7 @@ TCIMXMLParser::TStateInstanceName::MakeValueReference(TCIMXMLParser &, TParseSta
   return boost::make_shared<TStateValueReference>(self.referenceValue);
 }
 
-void TCIMXMLParser::TStateInstanceName::ElementEnd(TCIMXMLParser &parser,
-                                                   const std::string &) {
+void TCIMXMLParser::TStateInstanceName::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   if (referenceSeen)
     target = static_cast<TCIMReference>(referenceValue);
   else if (keyValueSeen)
@@ -93,14 +91,12 @@ void TCIMXMLParser::TStateInstanceName::AddFirstKey(TCIMXMLParser &parser) {
 
 // keybinding ---------------------------------------------------------------
 
-void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser,
-                                                   TAttributes &attributes) {
+void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &keyName);
 }
 
-void TCIMXMLParser::TStateKeyBinding::ChildElement(TCIMXMLParser &parser,
-                                                   const std::string &name,
+void TCIMXMLParser::TStateKeyBinding::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                    TAttributes &attributes) {
   // Any number, in any order: the last key value and any reference count.
   static constexpr TChildRow kRows[] = {
@@ -110,8 +106,8 @@ void TCIMXMLParser::TStateKeyBinding::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateKeyBinding::MakeKeyValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateKeyBinding::MakeKeyValue(TCIMXMLParser &parser,
+                                                                            TParseState &parent) {
   auto &self = static_cast<TStateKeyBinding &>(parent);
   return boost::make_shared<TStateKeyValue>(parser, self.keyValueText);
 }
@@ -196,8 +192,7 @@ TCIMXMLParser::TStateValueReference::MakeInstancePath(TCIMXMLParser &, TParseSta
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueReference::MakeLocalInstancePath(TCIMXMLParser &,
-                                                           TParseState &parent) {
+TCIMXMLParser::TStateValueReference::MakeLocalInstancePath(TCIMXMLParser &, TParseState &parent) {
   auto &self = static_cast<TStateValueReference &>(parent);
   return boost::make_shared<TStateLocalInstancePath>(self.namespacePath, self.reference);
 }
@@ -212,16 +207,14 @@ TCIMXMLParser::TStateValueReference::MakeClassName(TCIMXMLParser &parser, TParse
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueReference::MakeInstanceName(TCIMXMLParser &parser,
-                                                      TParseState &parent) {
+TCIMXMLParser::TStateValueReference::MakeInstanceName(TCIMXMLParser &parser, TParseState &parent) {
   auto &self = static_cast<TStateValueReference &>(parent);
   self.reference.SetNamespace(Namespace(parser));
   self.instanceNameSeen = true;
   return boost::make_shared<TStateInstanceName>(self.reference);
 }
 
-void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser,
-                                                     const std::string &) {
+void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   // An instance name has set the class name itself, keys with it.
   if (!instanceNameSeen && classNameGiven)
     reference.SetClassName(className);

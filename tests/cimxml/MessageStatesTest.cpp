@@ -88,7 +88,8 @@ struct TMessageCase {
   std::size_t instances;
 };
 
-std::vector<std::string> Names(const std::vector<boost::shared_ptr<NVRNORV20::ICIMClass>> &classes) {
+std::vector<std::string>
+Names(const std::vector<boost::shared_ptr<NVRNORV20::ICIMClass>> &classes) {
   std::vector<std::string> names;
   for (const auto &cls : classes)
     names.push_back(cls->GetName());
@@ -105,13 +106,17 @@ TEST_F(MessageStatesTest, AcceptedShapes) {
       // The parameter's name need not match the object it holds.
       {Message(Call("CreateClass", Param("NewClass", Instance("d1")))), {}, {}, {}, 1},
       // Several parameters, each committing its object.
-      {Message(Call("CreateInstance", Param("NewInstance", Instance("a")) +
-                                          Param("NewInstance", Instance("b")))),
+      {Message(Call("CreateInstance",
+                    Param("NewInstance", Instance("a")) + Param("NewInstance", Instance("b")))),
        {},
        {},
        {},
        2},
-      {Message("<MULTIREQ>" + kCreateClass + kCreateInstance + "</MULTIREQ>"), {}, {"T_New"}, {}, 1},
+      {Message("<MULTIREQ>" + kCreateClass + kCreateInstance + "</MULTIREQ>"),
+       {},
+       {"T_New"},
+       {},
+       1},
       {Message("<MULTIREQ>" + Call("CreateClass", Param("NewClass", Class("T_A"))) +
                Call("CreateClass", Param("NewClass", Class("T_B"))) +
                Call("CreateClass", Param("NewClass", Class("T_C"))) + "</MULTIREQ>"),
@@ -125,7 +130,8 @@ TEST_F(MessageStatesTest, AcceptedShapes) {
        {"T_A"},
        {"T_A"},
        0},
-      {Message(Response("<IRETURNVALUE>" + Class("T_A") + "</IRETURNVALUE><ERROR CODE=\"6\" "
+      {Message(Response("<IRETURNVALUE>" + Class("T_A") +
+                        "</IRETURNVALUE><ERROR CODE=\"6\" "
                         "DESCRIPTION=\"x\"/><IRETURNVALUE>" +
                         Class("T_B") + "</IRETURNVALUE>")),
        {},
@@ -155,9 +161,9 @@ TEST_F(MessageStatesTest, AcceptedShapes) {
 }
 
 TEST_F(MessageStatesTest, QualifierDeclarationInAResponseIsDeclared) {
-  auto probe = Run(Message(Response(
-      "<IRETURNVALUE><QUALIFIER.DECLARATION NAME=\"Descr\" TYPE=\"string\"><SCOPE "
-      "CLASS=\"true\"/></QUALIFIER.DECLARATION></IRETURNVALUE>")));
+  auto probe = Run(
+      Message(Response("<IRETURNVALUE><QUALIFIER.DECLARATION NAME=\"Descr\" TYPE=\"string\"><SCOPE "
+                       "CLASS=\"true\"/></QUALIFIER.DECLARATION></IRETURNVALUE>")));
   EXPECT_THAT(Log(), IsEmpty());
   EXPECT_EQ(ns->GetQualifierDecl("Descr")->GetName(), "Descr");
   EXPECT_THAT(probe->classes, IsEmpty());
@@ -239,7 +245,11 @@ TEST_F(MessageStatesTest, RejectedShapesAndWhereTheParseGoesOn) {
        {},
        {},
        0},
-      {Message(Response("<PARAMVALUE/>")), {ParserError(1, "Unexpected element paramvalue")}, {}, {}, 0},
+      {Message(Response("<PARAMVALUE/>")),
+       {ParserError(1, "Unexpected element paramvalue")},
+       {},
+       {},
+       0},
       // An error holds no element.
       {Message(Response("<ERROR CODE=\"6\"><INSTANCE CLASSNAME=\"T_Disk\"/></ERROR>")),
        {ParserError(1, "Unexpected element instance")},

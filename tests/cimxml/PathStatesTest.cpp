@@ -50,8 +50,8 @@ TEST_F(PathStatesTest, LocalNamespacePathJoinsComponentsWithoutSeparator) {
 
 TEST_F(PathStatesTest, LocalNamespacePathAppendsToItsTarget) {
   // Two paths into the same target: the state never clears it.
-  auto probe = Run("<X>" + Local("<NAMESPACE NAME=\"a\"/>") + Local("<NAMESPACE NAME=\"b\"/>") +
-                   "</X>");
+  auto probe =
+      Run("<X>" + Local("<NAMESPACE NAME=\"a\"/>") + Local("<NAMESPACE NAME=\"b\"/>") + "</X>");
   EXPECT_THAT(Log(), ElementsAre(ParserError(1, "Unexpected element x")));
   EXPECT_EQ(probe->namespacePath, "ab");
 }

@@ -38,8 +38,7 @@ public:
       : reference(boost::shared_ptr<NVRNORV20::ICIMNamespace>(),
                   std::map<std::string, NVRNORV20::TCIMValue>()) {}
 
-  void ChildElement(TParser &parser, const std::string &name,
-                    TAttributes &attributes) override {
+  void ChildElement(TParser &parser, const std::string &name, TAttributes &attributes) override {
     static constexpr TChildRow kRows[] = {
         {"namespacepath", 0, 0, kKeepPhase, &Make<TParser::TStateNamespacePath>},
         {"localnamespacepath", 0, 0, kKeepPhase, &Make<TParser::TStateLocalNamespacePath>},
