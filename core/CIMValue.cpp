@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -25,6 +26,10 @@ const std::array<std::string, kTypeCount> &TypeNames() {
        "uint64", "sint64", "real32", "real64", "datetime", "reference"}};
   return *kNames;
 }
+
+constexpr std::string_view kTypeNameViews[kTypeCount] = {
+    "",       "boolean", "string", "char16", "uint8",  "sint8",  "uint16",   "sint16",
+    "uint32", "sint32",  "uint64", "sint64", "real32", "real64", "datetime", "reference"};
 
 char FoldAscii(char c) {
   return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
@@ -282,9 +287,17 @@ void AppendMOFQuoted(std::string &out, const std::string &text, char quote) {
 // ---- TCIMType --------------------------------------------------------------
 
 TCIMValue::TCIMType::TCIMType(const std::string &name) : typeCode(kCIMTypeNone) {
-  const auto &names = TypeNames();
+  // Every name has 5 to 9 letters; folding into a small buffer first keeps
+  // the look-up to plain comparisons, as it runs for every TYPE attribute.
+  constexpr std::size_t kLongestName = 9;
+  if (name.size() < 5 || name.size() > kLongestName)
+    Throw(kORVStatusInvalidTypeName);
+  char folded[kLongestName];
+  for (std::size_t i = 0; i < name.size(); ++i)
+    folded[i] = FoldAscii(name[i]);
+  const std::string_view key(folded, name.size());
   for (std::size_t code = 1; code < kTypeCount; ++code) {
-    if (EqualsLowerWord(name.data(), name.size(), names[code].data(), names[code].size())) {
+    if (kTypeNameViews[code] == key) {
       typeCode = static_cast<ECIMType>(code);
       return;
     }
