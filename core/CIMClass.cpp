@@ -2,6 +2,7 @@
 
 #include "core/CIMInstance.h"
 #include "core/Mof.h"
+#include "core/ReleaseChain.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <utility>
@@ -18,6 +19,8 @@ TCIMClass::TCIMClass(boost::weak_ptr<ICIMNamespace> ns, std::string className,
                      boost::shared_ptr<ICIMClass> super)
     : cimNamespace(std::move(ns)), name(std::move(className)),
       superClassName(super ? super->GetName() : std::string()), superClass(std::move(super)) {}
+
+TCIMClass::~TCIMClass() { ReleaseChain(superClass, &TCIMClass::superClass); }
 
 boost::shared_ptr<const TPropertyLayout> TCIMClass::GetLayout() {
   return layout ? layout : BuildLayout();

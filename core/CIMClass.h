@@ -35,6 +35,10 @@ public:
   /// Made by the namespace, which registers it at once.
   TCIMClass(boost::weak_ptr<ICIMNamespace> ns, std::string name,
             boost::shared_ptr<ICIMClass> superClass);
+  /// Releases the chain of superclasses in a loop (see ReleaseChain).
+  ~TCIMClass() override;
+  TCIMClass(const TCIMClass &) = delete;
+  TCIMClass &operator=(const TCIMClass &) = delete;
 
   /// The layout settled at Commit; before Commit one built for the call.
   boost::shared_ptr<const TPropertyLayout> GetLayout();

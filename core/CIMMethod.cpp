@@ -1,6 +1,7 @@
 #include "core/CIMMethod.h"
 
 #include "core/Mof.h"
+#include "core/ReleaseChain.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <utility>
@@ -31,6 +32,8 @@ TCIMMethod::TCIMMethod(std::string methodName, TCIMType methodReturnType, std::s
                        boost::shared_ptr<ICIMMethod> overriddenMethod)
     : name(std::move(methodName)), returnType(methodReturnType), classOrigin(std::move(origin)),
       overridden(std::move(overriddenMethod)) {}
+
+TCIMMethod::~TCIMMethod() { ReleaseChain(overridden, &TCIMMethod::overridden); }
 
 void TCIMMethod::SetOverridden(boost::shared_ptr<ICIMMethod> method) {
   overridden = std::move(method);

@@ -42,6 +42,10 @@ public:
   /// inherited method of the same name, if any.
   TCIMMethod(std::string name, TCIMType returnType, std::string classOrigin,
              boost::shared_ptr<ICIMMethod> overridden);
+  /// Releases the chain of overridden methods in a loop.
+  ~TCIMMethod() override;
+  TCIMMethod(const TCIMMethod &) = delete;
+  TCIMMethod &operator=(const TCIMMethod &) = delete;
 
   /// Settled again when the class is committed, like a property's.
   void SetOverridden(boost::shared_ptr<ICIMMethod> method);

@@ -3,7 +3,6 @@
 #include "core_api/ORVStatusCode.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace NVRNORV20 {
@@ -26,13 +25,9 @@ void AppendPathKey(std::string &key, const TCIMValue &value) {
 
 TCIMNamespace::TCIMNamespace(std::string namespaceName) : name(std::move(namespaceName)) {}
 
-TCIMNamespace::~TCIMNamespace() {
-  instancesByPath.clear();
-  instanceOrder.clear();
-  classes.clear();
-  while (!classOrder.empty())
-    classOrder.erase(std::prev(classOrder.end()));
-}
+// Classes release their chains of superclasses themselves (ReleaseChain),
+// so the order in which the maps let go of them does not matter.
+TCIMNamespace::~TCIMNamespace() = default;
 
 TCIMNamespace::TClassEntry *TCIMNamespace::FindEntry(const std::string &className) {
   auto found = classes.find(className);

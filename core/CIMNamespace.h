@@ -24,8 +24,6 @@ class TCIMNamespace final : public ICIMNamespace,
                             public boost::enable_shared_from_this<TCIMNamespace> {
 public:
   explicit TCIMNamespace(std::string name);
-  /// Releases instances, then classes from the last defined to the first, so
-  /// that no chain of superclasses is torn down recursively.
   ~TCIMNamespace() override;
 
   TCIMNamespace(const TCIMNamespace &) = delete;

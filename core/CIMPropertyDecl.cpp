@@ -1,6 +1,7 @@
 #include "core/CIMPropertyDecl.h"
 
 #include "core/Mof.h"
+#include "core/ReleaseChain.h"
 
 #include <utility>
 
@@ -11,6 +12,10 @@ TCIMPropertyDecl::TCIMPropertyDecl(std::string propertyName, std::string origin,
                                    boost::shared_ptr<ICIMPropertyDecl> overriddenProperty)
     : name(std::move(propertyName)), classOrigin(std::move(origin)),
       value(std::move(defaultValue)), overridden(std::move(overriddenProperty)) {}
+
+TCIMPropertyDecl::~TCIMPropertyDecl() {
+  ReleaseChain(overridden, &TCIMPropertyDecl::overridden);
+}
 
 void TCIMPropertyDecl::SetOverridden(boost::shared_ptr<ICIMPropertyDecl> property) {
   overridden = std::move(property);

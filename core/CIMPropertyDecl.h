@@ -17,6 +17,10 @@ public:
   /// inherited declaration of the same name, if any.
   TCIMPropertyDecl(std::string name, std::string classOrigin, TCIMValue value,
                    boost::shared_ptr<ICIMPropertyDecl> overridden);
+  /// Releases the chain of overridden declarations in a loop.
+  ~TCIMPropertyDecl() override;
+  TCIMPropertyDecl(const TCIMPropertyDecl &) = delete;
+  TCIMPropertyDecl &operator=(const TCIMPropertyDecl &) = delete;
 
   /// Settled again when the class is committed: the superclass may have
   /// gained the property after this declaration was added.

@@ -12,13 +12,13 @@ namespace {
 
 class CIMClassTest : public TModelTest {
 protected:
-  /// Base { [Key] Name; Caption = "base"; Status } and
+  /// Base { [Key] Name; Status; Caption = "base" } and
   /// Derived : Base { Status (redeclared); Extra }, neither committed.
   void BuildHierarchy() {
     base = Class("Base");
     KeyProperty(*base, "Name", TCIMValue(TCIMType(kCIMTypeString), 0));
-    Property(*base, "Caption", TCIMValue("base"));
     Property(*base, "Status", TCIMValue(TCIMType(kCIMTypeString), 0));
+    Property(*base, "Caption", TCIMValue("base"));
     derived = Class("Derived", "Base");
     Property(*derived, "STATUS", TCIMValue("derived"));
     Property(*derived, "Extra", Uint32(7));
@@ -39,11 +39,12 @@ TEST_F(CIMClassTest, InheritedPropertiesComeFirstAndOverridesStayInPlace) {
       derived->Commit();
     }
     const auto properties = derived->GetProperties();
-    ASSERT_EQ(Names(properties), (std::vector<std::string>{"Name", "Caption", "STATUS", "Extra"}));
+    ASSERT_EQ(Names(properties), (std::vector<std::string>{"Name", "STATUS", "Caption", "Extra"}));
     EXPECT_EQ(properties[0], base->GetProperty("Name")) << "inherited declaration is shared";
     EXPECT_EQ(properties[0]->GetClassOrigin(), "Base");
-    EXPECT_EQ(properties[2]->GetClassOrigin(), "Derived");
-    EXPECT_EQ(properties[2]->GetOverriddenProperty(), base->GetProperty("status"));
+    EXPECT_EQ(properties[1]->GetClassOrigin(), "Derived");
+    EXPECT_EQ(properties[1]->GetOverriddenProperty(), base->GetProperty("status"));
+    EXPECT_EQ(properties[2], base->GetProperty("Caption"));
     EXPECT_FALSE(properties[3]->GetOverriddenProperty());
     EXPECT_EQ(derived->GetProperty("status")->GetValue().GetString(), "derived");
     EXPECT_EQ(base->GetProperty("status")->GetValue().IsNull(), true);

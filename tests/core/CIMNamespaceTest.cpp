@@ -143,20 +143,28 @@ TEST_F(CIMNamespaceTest, ObjectsHeldByTheCallerOutliveTheirNamespace) {
 }
 
 TEST_F(CIMNamespaceTest, DeepChainIsCreatedLookedUpAndReleased) {
-  // Releasing a long chain of superclasses must not recurse through it.
-  const int depth = 20000;
+  // Releasing a long chain of superclasses (and of the property declarations
+  // they override) must not recurse through it, also when the caller keeps
+  // the last subclass after the namespace is gone.
+  const int depth = 50000;
   std::string super;
   for (int i = 0; i < depth; ++i) {
     const std::string name = "Level" + std::to_string(i);
     auto cls = ns->CreateClass(name, ns->GetClass(super));
     if (i == 0)
       KeyProperty(*cls, "Id", Uint32(0));
+    else
+      Property(*cls, "ID", Uint32(0));
     cls->Commit();
     super = name;
   }
-  EXPECT_TRUE(ns->GetClass("LEVEL19999")->GetProperty("id")->IsKey());
+  auto leaf = ns->GetClass("LEVEL" + std::to_string(depth - 1));
+  EXPECT_TRUE(leaf->GetProperty("id")->IsKey());
   EXPECT_EQ(ns->GetClasses().size(), static_cast<std::size_t>(depth));
+  boost::weak_ptr<ICIMClass> root = ns->GetClass("Level0");
   ns.reset();
+  leaf.reset();
+  EXPECT_TRUE(root.expired());
 }
 
 } // namespace
