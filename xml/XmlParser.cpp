@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstring>
 #include <string_view>
 
@@ -60,9 +59,30 @@ inline char *SkipUntil(char *p, unsigned char stop) {
   }
 }
 
-// The plain C tolower, for the bytes of references (names use the locale
-// facet instead).
-inline int Lower(char c) { return std::tolower(static_cast<unsigned char>(c)); }
+// The end of a run of character data. Most runs are short (a value, the
+// line break between two tags); the long ones (descriptions) are left to
+// the C library's vectorised scan.
+inline char *SkipText(char *p) {
+  for (int i = 0; i < 4; ++i, p += 4) {
+    if (ClassOf(p[0]) & kTextStop)
+      return p;
+    if (ClassOf(p[1]) & kTextStop)
+      return p + 1;
+    if (ClassOf(p[2]) & kTextStop)
+      return p + 2;
+    if (ClassOf(p[3]) & kTextStop)
+      return p + 3;
+  }
+  return p + std::strcspn(p, "<&");
+}
+
+// Folds the bytes of references, which are matched in any letter case.
+// Only ASCII bytes can match, and for those this is what the C library's
+// tolower does (names use the locale facet instead).
+inline int Lower(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
+}
 
 std::size_t CountLineFeeds(const char *from, const char *to) {
   std::size_t count = 0;
@@ -216,8 +236,25 @@ const std::ctype<char> &TXmlParser::NameFolder() {
   if (nameFolder == nullptr) {
     nameLocale = std::locale();
     nameFolder = &std::use_facet<std::ctype<char>>(nameLocale);
+    // Names hold only these bytes. Where the locale folds them as ASCII
+    // does (every locale but a few), folding inline gives the same bytes.
+    static const char kNameBytes[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                     "abcdefghijklmnopqrstuvwxyz0123456789_:-.";
+    asciiNameFolding = true;
+    for (const char *p = kNameBytes; *p != '\0'; ++p)
+      if (nameFolder->tolower(*p) != static_cast<char>(Lower(*p)))
+        asciiNameFolding = false;
   }
   return *nameFolder;
+}
+
+inline void TXmlParser::FoldAttributeName(char *name, char *nameEnd) {
+  if (nameFolder == nullptr || !asciiNameFolding) {
+    FoldAttributeName(name, nameEnd);
+    return;
+  }
+  for (; name != nameEnd; ++name)
+    *name = static_cast<char>(Lower(*name));
 }
 
 // Moves past the first occurrence of the terminator after the cursor (in
@@ -485,7 +522,11 @@ TXmlParser::EContent TXmlParser::ReadContent(bool &doneResult) {
       doneResult = false;
       if (!ConsumeName())
         return EContent::kDone;
-      if (std::strncmp(element.name, endName, element.nameLength) != 0) {
+      // An end name shorter than the start name differs from it at the
+      // byte after it, which is no name byte.
+      if (static_cast<std::size_t>(cursor - endName) < element.nameLength ||
+          !std::equal(element.name, element.name + element.nameLength,
+                      endName)) {
         FatalError("Start and end element names don't match");
         return EContent::kDone;
       }
@@ -596,7 +637,7 @@ TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
     char *valueEnd = cursor - 1;
 
     // Names are folded in the buffer itself, for good; values stay raw.
-    NameFolder().tolower(name, nameEnd);
+    FoldAttributeName(name, nameEnd);
     const bool inserted =
         attributes
             .try_emplace(std::string(name, nameEnd),
@@ -645,13 +686,17 @@ bool TXmlParser::ScanAttributeValue(char quote) {
 }
 
 // Only the five named references may follow "&" in a value, in any letter
-// case; numeric ones are refused.
+// case; numeric ones are refused. The look-ahead stops at the terminator
+// after taking it once: taking it again and again would step back over
+// bytes never read, onto a "/>" read before, and the same start tag would
+// then be read forever when FatalError returns.
 bool TXmlParser::CheckAttributeReference() {
   char taken[10];
   std::size_t count = 0;
   do
     taken[count++] = static_cast<char>(Lower(NextByte()));
-  while (count < sizeof taken && taken[count - 1] != ';');
+  while (count < sizeof taken && taken[count - 1] != ';' &&
+         taken[count - 1] != '\0');
   const std::string_view reference(taken, count);
   if (reference == "lt;" || reference == "gt;" || reference == "amp;" ||
       reference == "apos;" || reference == "quot;")
@@ -670,7 +715,7 @@ bool TXmlParser::ParseCharData() {
     if (cursorUnderrun != 0)
       return reported;
     char *run = cursor;
-    char *end = SkipUntil(run, kTextStop);
+    char *end = SkipText(run);
     if (end != run) {
       cursor = end;
       TByteRestorer restore(end, *end);
@@ -729,35 +774,43 @@ void TXmlParser::ReadNumericReference() {
 // &amp; &apos; &gt; &lt; &quot;, in any letter case. The first byte that
 // fits none of them is reported and dropped with the bytes before it.
 void TXmlParser::ReadNamedReference(int first) {
-  struct TNamed {
-    std::string_view name; // with its ";"
-    const char *text;
-  };
-  static const TNamed kNamed[] = {{"amp;", "&"},
-                                  {"apos;", "'"},
-                                  {"gt;", ">"},
-                                  {"lt;", "<"},
-                                  {"quot;", "\""}};
-  unsigned candidates = (1u << std::size(kNamed)) - 1;
-  int c = first;
-  for (std::size_t position = 0;; ++position) {
-    unsigned fitting = 0;
-    for (std::size_t i = 0; i < std::size(kNamed); ++i)
-      if ((candidates & (1u << i)) && position < kNamed[i].name.size() &&
-          kNamed[i].name[position] == c)
-        fitting |= 1u << i;
-    if (fitting == 0) {
-      FatalError("Unknown entity reference");
+  const char *rest = nullptr; // what must follow, up to and with the ";"
+  const char *text = nullptr;
+  switch (first) {
+  case 'a':
+    switch (Lower(NextByte())) {
+    case 'm':
+      rest = "p;";
+      text = "&";
+      break;
+    case 'p':
+      rest = "os;";
+      text = "'";
+      break;
+    }
+    break;
+  case 'g':
+    rest = "t;";
+    text = ">";
+    break;
+  case 'l':
+    rest = "t;";
+    text = "<";
+    break;
+  case 'q':
+    rest = "uot;";
+    text = "\"";
+    break;
+  }
+  if (rest != nullptr) {
+    while (*rest != '\0' && Lower(NextByte()) == *rest)
+      ++rest;
+    if (*rest == '\0') {
+      characters(text, 1);
       return;
     }
-    for (std::size_t i = 0; i < std::size(kNamed); ++i)
-      if ((fitting & (1u << i)) && kNamed[i].name.size() == position + 1) {
-        characters(kNamed[i].text, 1);
-        return;
-      }
-    candidates = fitting;
-    c = Lower(NextByte());
   }
+  FatalError("Unknown entity reference");
 }
 
 } // namespace NVRNORV20

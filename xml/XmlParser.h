@@ -120,6 +120,7 @@ private:
   bool SkipPast(ETerminator terminator);
   void WriteByte(char *position, char value);
   const std::ctype<char> &NameFolder();
+  void FoldAttributeName(char *name, char *nameEnd);
 
   char *documentStart;
   /// Never before documentStart: a position before the first byte is kept
@@ -138,6 +139,7 @@ private:
   /// Parse starts.
   std::locale nameLocale;
   const std::ctype<char> *nameFolder = nullptr;
+  bool asciiNameFolding = false;
   /// Where a search for each terminator last failed: no occurrence starts in
   /// [from, stop - length + 1), and [from, stop) holds no NUL. Without it,
   /// unterminated comments or instructions at many nesting levels would each

@@ -156,6 +156,11 @@ TEST(XmlParserAttributes, FailuresKeepWhatWasRead) {
            "F:Unexpected character before end of element@1"},
           {"<a b='1' c='x", "F:Unexpected end of document in attribute value@1 "
                             "F:Unexpected character before end of element@1"},
+          // A reference cut off by the end of the buffer steps back onto the
+          // "&" only, not onto the "/>" before it.
+          {"<r><a/><a f='&a", "S:r S:a E:a "
+                              "F:Unexpected character(&) in attribute value@1 "
+                              "F:Unexpected character before end of element@1"},
       },
       EOnError::kReturn);
   // The names stay folded in the buffer; the values do not.
