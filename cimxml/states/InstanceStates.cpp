@@ -1,7 +1,9 @@
 #include "cimxml/states/InstanceStates.h"
 
 #include "cimxml/states/ClassStates.h"
+#include "cimxml/states/PathStates.h"
 #include "cimxml/states/PropertyStates.h"
+#include "cimxml/states/ReferenceStates.h"
 #include "core_api/OSSpecific.h"
 
 #include <boost/make_shared.hpp>
@@ -90,9 +92,19 @@ void TCIMXMLParser::TStateValueNamedInstance::ChildElement(TCIMXMLParser &parser
                                                            const std::string &name,
                                                            TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
+      {"instancename", 0, 0, 1, &MakeInstanceName},
       {"instance", 1, 1, 2, &MakeInstance},
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
+}
+
+// Unlike a named object's, this instance name lies in the parser's namespace.
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueNamedInstance::MakeInstanceName(TCIMXMLParser &parser,
+                                                          TParseState &parent) {
+  auto &self = static_cast<TStateValueNamedInstance &>(parent);
+  self.instanceName.SetNamespace(Namespace(parser));
+  return boost::make_shared<TStateInstanceName>(self.instanceName);
 }
 
 // Phases: 0 at the start, 1 after the instance name, 2 after the object.
@@ -101,9 +113,16 @@ void TCIMXMLParser::TStateValueNamedObject::ChildElement(TCIMXMLParser &parser,
                                                          TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"class", 0, 0, 2, &MakeClass},
+      {"instancename", 0, 0, 1, &MakeInstanceName},
       {"instance", 1, 1, 2, &MakeInstance},
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueNamedObject::MakeInstanceName(TCIMXMLParser &, TParseState &parent) {
+  return boost::make_shared<TStateInstanceName>(
+      static_cast<TStateValueNamedObject &>(parent).instanceName);
 }
 
 // Phases: 0 at the start, 1 after a class path, 2 after an instance path,
@@ -112,20 +131,50 @@ void TCIMXMLParser::TStateValueObjectWithPath::ChildElement(TCIMXMLParser &parse
                                                             const std::string &name,
                                                             TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
+      {"classpath", 0, 0, 1, &MakeClassPath},
+      {"instancepath", 0, 0, 2, &MakeInstancePath},
       {"class", 1, 1, 3, &MakeClass},
       {"instance", 2, 2, 3, &MakeInstance},
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
 }
 
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueObjectWithPath::MakeClassPath(TCIMXMLParser &, TParseState &parent) {
+  auto &self = static_cast<TStateValueObjectWithPath &>(parent);
+  return boost::make_shared<TStateClassPath>(self.host, self.namespacePath, self.className);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueObjectWithPath::MakeInstancePath(TCIMXMLParser &, TParseState &parent) {
+  auto &self = static_cast<TStateValueObjectWithPath &>(parent);
+  return boost::make_shared<TStateInstancePath>(self.host, self.namespacePath, self.instanceName);
+}
+
 void TCIMXMLParser::TStateValueObjectWithLocalPath::ChildElement(TCIMXMLParser &parser,
                                                                  const std::string &name,
                                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
+      {"localclasspath", 0, 0, 1, &MakeLocalClassPath},
+      {"localinstancepath", 0, 0, 2, &MakeLocalInstancePath},
       {"class", 1, 1, 3, &MakeClass},
       {"instance", 2, 2, 3, &MakeInstance},
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueObjectWithLocalPath::MakeLocalClassPath(TCIMXMLParser &,
+                                                                  TParseState &parent) {
+  auto &self = static_cast<TStateValueObjectWithLocalPath &>(parent);
+  return boost::make_shared<TStateLocalClassPath>(self.namespacePath, self.className);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateValueObjectWithLocalPath::MakeLocalInstancePath(TCIMXMLParser &,
+                                                                     TParseState &parent) {
+  auto &self = static_cast<TStateValueObjectWithLocalPath &>(parent);
+  return boost::make_shared<TStateLocalInstancePath>(self.namespacePath, self.instanceName);
 }
 
 } // namespace NVRNORV20

@@ -63,6 +63,11 @@ protected:
   bool isClass = false;
   boost::shared_ptr<ICIMClass> cls;
   boost::shared_ptr<ICIMInstance> instance;
+  /// Filled by the path and instance-name children; not read afterwards.
+  std::string host;
+  std::string namespacePath;
+  std::string className;
+  TCIMReference instanceName;
 };
 
 /// "value.namedinstance": an instance name, then the instance. The instance
@@ -73,6 +78,9 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.namedobject": a class alone, or an instance name followed by its
@@ -83,6 +91,9 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.objectwithpath": a class path and its class, or an instance path
@@ -93,6 +104,10 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeClassPath(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeInstancePath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.objectwithlocalpath": as "value.objectwithpath" with local paths.
@@ -102,6 +117,10 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeLocalClassPath(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeLocalInstancePath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

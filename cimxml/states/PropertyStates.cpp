@@ -1,6 +1,7 @@
 #include "cimxml/states/PropertyStates.h"
 
 #include "cimxml/states/QualifierStates.h"
+#include "cimxml/states/ReferenceStates.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <boost/make_shared.hpp>
@@ -117,8 +118,18 @@ void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &par
                                                               TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 1, kKeepPhase, &MakeQualifier},
+      {"value.reference", 0, 1, kKeepPhase, &MakeValueReference},
   };
   AcceptChild(parser, name, attributes, kRows, 1);
+}
+
+// A reference given in the document is taken as it is: no class is looked up.
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStatePropertyReferenceDecl::MakeValueReference(TCIMXMLParser &,
+                                                               TParseState &parent) {
+  auto &self = static_cast<TStatePropertyReferenceDecl &>(parent);
+  self.valueSeen = true;
+  return boost::make_shared<TStateValueReference>(self.defaultValue);
 }
 
 // Value variants.
@@ -210,8 +221,17 @@ void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 0, kKeepPhase, &MakeNoState},
+      {"value.reference", 0, 1, kKeepPhase, &MakeValueReference},
   };
   AcceptOrHandOver(parser, name, attributes, kRows);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStatePropertyReference::MakeValueReference(TCIMXMLParser &,
+                                                           TParseState &parent) {
+  auto &self = static_cast<TStatePropertyReference &>(parent);
+  self.valueSeen = true;
+  return boost::make_shared<TStateValueReference>(self.value);
 }
 
 } // namespace NVRNORV20

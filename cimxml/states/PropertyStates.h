@@ -105,6 +105,9 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "property" in an instance: sets the instance's property at the end tag.
@@ -182,6 +185,9 @@ public:
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+
+private:
+  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

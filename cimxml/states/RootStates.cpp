@@ -1,6 +1,8 @@
 #include "cimxml/states/RootStates.h"
 
 #include "cimxml/states/InstanceStates.h"
+#include "cimxml/states/MessageStates.h"
+#include "cimxml/states/PathStates.h"
 #include "cimxml/states/QualifierDeclStates.h"
 
 #include <boost/make_shared.hpp>
@@ -26,6 +28,7 @@ void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser,
                                             TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"declaration", 0, 0, kKeepPhase, &MakeDeclaration},
+      {"message", 0, 0, kKeepPhase, &MakeMessage},
   };
   AcceptChild(parser, name, attributes, kRows, 0);
 }
@@ -33,6 +36,11 @@ void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser,
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStateCIM::MakeDeclaration(TCIMXMLParser &, TParseState &) {
   return boost::make_shared<TStateDeclaration>();
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateCIM::MakeMessage(TCIMXMLParser &, TParseState &) {
+  return boost::make_shared<TStateMessage>();
 }
 
 void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser,
@@ -67,10 +75,24 @@ void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser,
                                                   const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
+      {"namespacepath", 0, 0, 1, &MakeNamespacePath},
+      {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
       {"qualifier.declaration", 0, 1, 1, &MakeQualifierDeclaration},
       {"value.object", 0, 2, 2, &MakeValueObject},
   };
   AcceptChild(parser, name, attributes, kRows, 2, EMiss::kFallThrough);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroup::MakeNamespacePath(TCIMXMLParser &, TParseState &parent) {
+  auto &self = static_cast<TStateDeclGroup &>(parent);
+  return boost::make_shared<TStateNamespacePath>(self.host, self.namespacePath);
+}
+
+TCIMXMLParser::TParseStatePtr
+TCIMXMLParser::TStateDeclGroup::MakeLocalNamespacePath(TCIMXMLParser &, TParseState &parent) {
+  return boost::make_shared<TStateLocalNamespacePath>(
+      static_cast<TStateDeclGroup &>(parent).namespacePath);
 }
 
 TCIMXMLParser::TParseStatePtr
@@ -87,6 +109,8 @@ void TCIMXMLParser::TStateDeclGroupWithName::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
+      {"namespacepath", 0, 0, 1, &MakeNamespacePath},
+      {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
       {"qualifier.declaration", 0, 1, 1, &MakeQualifierDeclaration},
       {"value.namedobject", 0, 2, 2, &MakeValueNamedObject},
   };

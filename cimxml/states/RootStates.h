@@ -30,6 +30,7 @@ public:
 
 private:
   static TParseStatePtr MakeDeclaration(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeMessage(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "declaration": any number of declaration groups of the three kinds, in
@@ -58,6 +59,8 @@ public:
   std::string namespacePath;
 
 protected:
+  static TParseStatePtr MakeNamespacePath(TCIMXMLParser &parser, TParseState &parent);
+  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
   static TParseStatePtr MakeQualifierDeclaration(TCIMXMLParser &parser, TParseState &parent);
 
 private:
