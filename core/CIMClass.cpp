@@ -35,7 +35,11 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
   for (const auto &property : localProperties.Items()) {
     auto inherited = built->index.find(property->GetName());
     if (inherited != built->index.end()) {
-      built->properties[inherited->second] = property;
+      // Keyed anew: the key must view a name that the layout itself holds.
+      const std::size_t position = inherited->second;
+      built->properties[position] = property;
+      built->index.erase(inherited);
+      built->index.emplace(property->GetName(), position);
       continue;
     }
     built->index.emplace(property->GetName(), built->properties.size());
@@ -52,7 +56,7 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
 
 std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
   std::vector<boost::shared_ptr<ICIMMethod>> built;
-  TNameMap<std::size_t> positions;
+  TNameViewMap<std::size_t> positions;
   if (superClass)
     built = superClass->GetMethods();
   for (std::size_t i = 0; i < built.size(); ++i)
@@ -239,8 +243,9 @@ std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::GetMethods(const TCIMOptio
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> TCIMClass::GetInstances(const TCIMOptions &) {
+  // A class deleted from its namespace had no instances when it went.
   boost::shared_ptr<ICIMNamespace> ns = cimNamespace.lock();
-  if (!ns)
+  if (!ns || !ns->HasClass(name) || ns->GetClass(name).get() != this)
     return std::vector<boost::shared_ptr<ICIMInstance>>();
   return ns->GetInstances(name, false);
 }

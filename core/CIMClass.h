@@ -23,7 +23,8 @@ namespace NVRNORV20 {
 /// by the class and every instance made after its Commit.
 struct TPropertyLayout {
   std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties;
-  TNameMap<std::size_t> index;
+  /// Keys are views of the names of the declarations in properties.
+  TNameViewMap<std::size_t> index;
   /// Positions of the key properties, ascending.
   std::vector<std::size_t> keys;
   std::vector<bool> isKey;
@@ -76,7 +77,8 @@ public:
                                           const TCIMOptions &options = TCIMOptions()) override;
   std::vector<boost::shared_ptr<ICIMMethod>>
   GetMethods(const TCIMOptions &options = TCIMOptions()) override;
-  /// An empty vector once the namespace is gone.
+  /// An empty vector once the namespace is gone or no longer holds this
+  /// class.
   std::vector<boost::shared_ptr<ICIMInstance>>
   GetInstances(const TCIMOptions &options = TCIMOptions()) override;
   boost::shared_ptr<ICIMInstance> CreateInstance(const TCIMOptions &options = TCIMOptions()) override;
@@ -111,7 +113,8 @@ private:
   /// Settled at Commit.
   boost::shared_ptr<const TPropertyLayout> layout;
   std::vector<boost::shared_ptr<ICIMMethod>> methods;
-  TNameMap<std::size_t> methodIndex;
+  /// Keys are views of the names of the methods in methods.
+  TNameViewMap<std::size_t> methodIndex;
 };
 
 } // namespace NVRNORV20

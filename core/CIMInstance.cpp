@@ -19,11 +19,7 @@ TCIMInstance::TCIMInstance(boost::shared_ptr<TCIMClass> instanceClass,
                            boost::weak_ptr<ICIMNamespace> ns,
                            boost::shared_ptr<const TPropertyLayout> classLayout)
     : cimClass(std::move(instanceClass)), cimNamespace(std::move(ns)),
-      layout(std::move(classLayout)) {
-  values.reserve(layout->properties.size());
-  for (const auto &property : layout->properties)
-    values.push_back(property->GetValue());
-}
+      layout(std::move(classLayout)), slots(layout->properties.size(), 0) {}
 
 std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>>
 TCIMInstance::GetKeyValues() const {
@@ -36,11 +32,12 @@ TCIMInstance::GetKeyValues() const {
   for (std::size_t position : classLayout->keys) {
     const boost::shared_ptr<ICIMPropertyDecl> &property = classLayout->properties[position];
     if (classLayout == layout) {
-      keys.emplace_back(property, values[position]);
+      keys.emplace_back(property, ValueAt(position));
       continue;
     }
     auto found = layout->index.find(property->GetName());
-    keys.emplace_back(property, found == layout->index.end() ? TCIMValue() : values[found->second]);
+    keys.emplace_back(property,
+                      found == layout->index.end() ? TCIMValue() : ValueAt(found->second));
   }
   return keys;
 }
@@ -85,15 +82,15 @@ boost::shared_ptr<ICIMNamespace> TCIMInstance::GetNamespace(const TCIMOptions &)
 
 std::vector<boost::shared_ptr<ICIMProperty>> TCIMInstance::GetProperties(const TCIMOptions &) {
   std::vector<boost::shared_ptr<ICIMProperty>> properties;
-  properties.reserve(values.size());
+  properties.reserve(slots.size());
   boost::shared_ptr<TCIMInstance> self = shared_from_this();
-  for (std::size_t i = 0; i < values.size(); ++i)
+  for (std::size_t i = 0; i < slots.size(); ++i)
     properties.emplace_back(new TCIMInstanceProperty(self, i));
   return properties;
 }
 
 TCIMValue TCIMInstance::GetPropertyValue(const std::string &name, const TCIMOptions &) {
-  return values[PositionOf(name)];
+  return ValueAt(PositionOf(name));
 }
 
 bool TCIMInstance::HasProperty(const std::string &name, const TCIMOptions &) {
@@ -102,10 +99,11 @@ bool TCIMInstance::HasProperty(const std::string &name, const TCIMOptions &) {
 
 std::string TCIMInstance::ToMOF(const TCIMOptions &) {
   std::string text = "instance of " + cimClass->GetName() + " {\n";
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (values[i].IsNull())
+  for (std::size_t i = 0; i < slots.size(); ++i) {
+    const TCIMValue value = ValueAt(i);
+    if (value.IsNull())
       continue;
-    text += kMofIndent + layout->properties[i]->GetName() + " = " + values[i].ToMOF() + ";\n";
+    text += kMofIndent + layout->properties[i]->GetName() + " = " + value.ToMOF() + ";\n";
   }
   return text + "};";
 }
@@ -133,7 +131,12 @@ void TCIMInstance::SetPropertyValue(const std::string &name, const TCIMValue &va
   // The registry finds a committed instance by its key values.
   if (committed && layout->properties[position]->IsKey())
     Fail(kORVStatusAlreadyCommitted);
-  values[position] = std::move(stored);
+  if (slots[position] != 0) {
+    assigned[slots[position] - 1] = std::move(stored);
+    return;
+  }
+  assigned.push_back(std::move(stored));
+  slots[position] = static_cast<std::uint32_t>(assigned.size());
 }
 
 TCIMInstanceProperty::TCIMInstanceProperty(boost::shared_ptr<TCIMInstance> owner,

@@ -21,11 +21,18 @@ class TCIMInstance final : public ICIMInstance,
                            public boost::enable_shared_from_this<TCIMInstance> {
 public:
   /// Every property starts at its declaration's default value.
+  /// An instance keeps only the values assigned to it: a property never
+  /// assigned shows its declaration's default, which a committed class no
+  /// longer changes. Instances of classes with many properties thus cost
+  /// what their documents set, not a copy of every default.
   TCIMInstance(boost::shared_ptr<TCIMClass> cimClass, boost::weak_ptr<ICIMNamespace> ns,
                boost::shared_ptr<const TPropertyLayout> layout);
 
   const TPropertyLayout &GetLayout() const { return *layout; }
-  const TCIMValue &ValueAt(std::size_t position) const { return values[position]; }
+  TCIMValue ValueAt(std::size_t position) const {
+    const std::uint32_t slot = slots[position];
+    return slot == 0 ? layout->properties[position]->GetValue() : assigned[slot - 1];
+  }
   /// The place in the namespace's commit order, given at Commit.
   std::uint64_t GetSequence() const { return sequence; }
   void SetSequence(std::uint64_t commitSequence) { sequence = commitSequence; }
@@ -60,7 +67,10 @@ private:
   boost::shared_ptr<TCIMClass> cimClass;
   boost::weak_ptr<ICIMNamespace> cimNamespace;
   boost::shared_ptr<const TPropertyLayout> layout;
-  std::vector<TCIMValue> values;
+  /// Per property: 0 while it shows its default, else 1 + its place in
+  /// assigned.
+  std::vector<std::uint32_t> slots;
+  std::vector<TCIMValue> assigned;
   std::uint64_t sequence = 0;
   bool committed = false;
 };

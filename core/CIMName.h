@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -23,7 +24,7 @@ inline unsigned char FoldNameByte(char c) {
 }
 
 /// The name with ASCII letters in lower case.
-inline std::string FoldName(const std::string &name) {
+inline std::string FoldName(std::string_view name) {
   std::string folded(name.size(), '\0');
   for (std::size_t i = 0; i < name.size(); ++i)
     folded[i] = static_cast<char>(FoldNameByte(name[i]));
@@ -33,7 +34,10 @@ inline std::string FoldName(const std::string &name) {
 /// Hashes and compares the folded bytes in place, so that a look-up by any
 /// spelling of a name builds no lower-cased copy of it.
 struct TNameHash {
-  std::size_t operator()(const std::string &name) const noexcept {
+  // Deliberately not noexcept: the standard library then keeps each entry's
+  // hash code in its node, so that walking a bucket compares stored codes
+  // instead of hashing every neighbouring name again.
+  std::size_t operator()(std::string_view name) const {
     std::uint64_t hash = 14695981039346656037ull; // FNV-1a
     for (char c : name) {
       hash ^= FoldNameByte(c);
@@ -44,7 +48,7 @@ struct TNameHash {
 };
 
 struct TNameEqual {
-  bool operator()(const std::string &left, const std::string &right) const noexcept {
+  bool operator()(std::string_view left, std::string_view right) const noexcept {
     if (left.size() != right.size())
       return false;
     for (std::size_t i = 0; i < left.size(); ++i)
@@ -54,13 +58,19 @@ struct TNameEqual {
   }
 };
 
-inline bool SameName(const std::string &left, const std::string &right) {
+inline bool SameName(std::string_view left, std::string_view right) {
   return TNameEqual()(left, right);
 }
 
 /// A map whose keys are names: any letter case finds the entry.
 template <class TValue>
 using TNameMap = std::unordered_map<std::string, TValue, TNameHash, TNameEqual>;
+
+/// Like TNameMap, for keys that are views of names owned by the objects the
+/// map indexes (which must outlive the map): an index of many entries then
+/// holds no copies of the names.
+template <class TValue>
+using TNameViewMap = std::unordered_map<std::string_view, TValue, TNameHash, TNameEqual>;
 
 /// Named objects in the order added, found by name in constant time. TItem
 /// has GetName().

@@ -113,16 +113,24 @@ std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
 
 TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) { return value; }
 
+boost::shared_ptr<ICIMQualifier>
+TCIMQualifierList::Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list,
+                        const std::string &name) {
+  for (const auto &qualifier : list)
+    if (SameName(qualifier->GetName(), name))
+      return qualifier;
+  return boost::shared_ptr<ICIMQualifier>();
+}
+
 void TCIMQualifierList::Add(boost::shared_ptr<ICIMQualifier> qualifier) {
   if (!qualifier)
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
-  const std::string &name = qualifier->GetName();
-  auto found = ownIndex.find(name);
-  if (found != ownIndex.end()) {
-    own[found->second] = std::move(qualifier);
-    return;
+  for (auto &present : own) {
+    if (SameName(present->GetName(), qualifier->GetName())) {
+      present = std::move(qualifier);
+      return;
+    }
   }
-  ownIndex.emplace(name, own.size());
   own.push_back(std::move(qualifier));
 }
 
@@ -135,18 +143,11 @@ std::vector<boost::shared_ptr<ICIMQualifier>> TCIMQualifierList::All() const {
 }
 
 boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Find(const std::string &name) const {
-  auto found = ownIndex.find(name);
-  if (found != ownIndex.end())
-    return own[found->second];
-  found = propagatedIndex.find(name);
-  if (found != propagatedIndex.end())
-    return propagated[found->second];
-  return boost::shared_ptr<ICIMQualifier>();
+  boost::shared_ptr<ICIMQualifier> found = Scan(own, name);
+  return found ? found : Scan(propagated, name);
 }
 
-bool TCIMQualifierList::Has(const std::string &name) const {
-  return ownIndex.count(name) != 0 || propagatedIndex.count(name) != 0;
-}
+bool TCIMQualifierList::Has(const std::string &name) const { return static_cast<bool>(Find(name)); }
 
 boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Get(const std::string &name) const {
   boost::shared_ptr<ICIMQualifier> found = Find(name);
@@ -163,14 +164,12 @@ bool TCIMQualifierList::IsTrue(const std::string &name) const {
 
 void TCIMQualifierList::Propagate(const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited) {
   propagated.clear();
-  propagatedIndex.clear();
   for (const auto &qualifier : inherited) {
     if ((qualifier->GetFlavor() & ICIMQualifierDecl::kFlavorToSubclass) == 0)
       continue;
     const std::string &name = qualifier->GetName();
-    if (ownIndex.count(name) != 0 || propagatedIndex.count(name) != 0)
+    if (Scan(own, name) || Scan(propagated, name))
       continue;
-    propagatedIndex.emplace(name, propagated.size());
     propagated.push_back(TCIMQualifier::MakePropagated(*qualifier));
   }
 }

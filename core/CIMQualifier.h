@@ -89,7 +89,8 @@ private:
 
 /// The qualifiers of one element: its own in the order attached, then those
 /// propagated from the element it overrides (settled when its class is
-/// committed).
+/// committed). An element carries a handful at most, so they are found by a
+/// scan; an index per element would cost more than it saves.
 class TCIMQualifierList {
 public:
   /// Replaces an own qualifier of the same name in place. An empty pointer
@@ -109,10 +110,11 @@ public:
   void Propagate(const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited);
 
 private:
+  static boost::shared_ptr<ICIMQualifier>
+  Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list, const std::string &name);
+
   std::vector<boost::shared_ptr<ICIMQualifier>> own;
   std::vector<boost::shared_ptr<ICIMQualifier>> propagated;
-  TNameMap<std::size_t> ownIndex;
-  TNameMap<std::size_t> propagatedIndex;
 };
 
 /// The qualified-object operations over a TCIMQualifierList, for each

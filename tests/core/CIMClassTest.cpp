@@ -177,7 +177,7 @@ TEST_F(CIMClassTest, QualifierValuesAreFittedToTheirDeclaration) {
                                                   ICIMQualifierDecl::kFlavorDefault);
               }),
               test.status);
-    if (test.status == kORVStatusOK) {
+    if (test.status == kORVStatusOK && qualifier) {
       EXPECT_EQ(qualifier->GetType(), test.storedType);
       EXPECT_EQ(qualifier->GetValue().IsNull(), test.value.IsNull());
     }
