@@ -17,7 +17,9 @@ namespace {
 constexpr int kChainDepth = 8;
 constexpr int kOwnProperties = 10;
 
-std::string ClassName(int index) { return "Bench_Class" + std::to_string(index); }
+std::string ClassName(int index) {
+  return "Bench_Class" + std::to_string(index);
+}
 std::string PropertyName(int level, int index) {
   return "Level" + std::to_string(level) + "Property" + std::to_string(index);
 }
@@ -37,11 +39,14 @@ std::string MixCase(std::string name) {
 boost::shared_ptr<ICIMNamespace> NewNamespace() {
   auto ns = CreateCIMNamespace("root/bench");
   ns->CreateQualifierDecl("Key", TCIMValue(false), ICIMQualifierDecl::kScopeProperty,
-                          ICIMQualifierDecl::kFlavorToSubclass)->Commit();
+                          ICIMQualifierDecl::kFlavorToSubclass)
+      ->Commit();
   ns->CreateQualifierDecl("Description", TCIMValue(TCIMType(kCIMTypeString), 0),
-                          ICIMQualifierDecl::kScopeAny, ICIMQualifierDecl::kFlavorDefault)->Commit();
+                          ICIMQualifierDecl::kScopeAny, ICIMQualifierDecl::kFlavorDefault)
+      ->Commit();
   ns->CreateQualifierDecl("MaxLen", TCIMValue(TCIMType(kCIMTypeUint32), 0),
-                          ICIMQualifierDecl::kScopeProperty, ICIMQualifierDecl::kFlavorDefault)->Commit();
+                          ICIMQualifierDecl::kScopeProperty, ICIMQualifierDecl::kFlavorDefault)
+      ->Commit();
   return ns;
 }
 

@@ -11,7 +11,9 @@ namespace NVRNORV20 {
 
 namespace {
 
-[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+[[noreturn]] void Fail(EORVStatusCode code) {
+  throw TORVException(TORVStatusCode(code));
+}
 
 } // namespace
 
@@ -20,7 +22,9 @@ TCIMClass::TCIMClass(boost::weak_ptr<ICIMNamespace> ns, std::string className,
     : cimNamespace(std::move(ns)), name(std::move(className)),
       superClassName(super ? super->GetName() : std::string()), superClass(std::move(super)) {}
 
-TCIMClass::~TCIMClass() { ReleaseChain(superClass, &TCIMClass::superClass); }
+TCIMClass::~TCIMClass() {
+  ReleaseChain(superClass, &TCIMClass::superClass);
+}
 
 boost::shared_ptr<const TPropertyLayout> TCIMClass::GetLayout() {
   return layout ? layout : BuildLayout();
@@ -73,7 +77,8 @@ std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
   return built;
 }
 
-boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindInherited(const std::string &propertyName) const {
+boost::shared_ptr<ICIMPropertyDecl>
+TCIMClass::FindInherited(const std::string &propertyName) const {
   if (!superClass || !superClass->HasProperty(propertyName))
     return boost::shared_ptr<ICIMPropertyDecl>();
   return superClass->GetProperty(propertyName);
@@ -137,13 +142,21 @@ void TCIMClass::Commit(const TCIMOptions &) {
   committed = true;
 }
 
-bool TCIMClass::IsCommitted(const TCIMOptions &) { return committed; }
+bool TCIMClass::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
 
-boost::shared_ptr<ICIMClass> TCIMClass::GetSuperClass(const TCIMOptions &) { return superClass; }
+boost::shared_ptr<ICIMClass> TCIMClass::GetSuperClass(const TCIMOptions &) {
+  return superClass;
+}
 
-const std::string &TCIMClass::GetName(const TCIMOptions &) { return name; }
+const std::string &TCIMClass::GetName(const TCIMOptions &) {
+  return name;
+}
 
-const std::string &TCIMClass::GetSuperClassName(const TCIMOptions &) { return superClassName; }
+const std::string &TCIMClass::GetSuperClassName(const TCIMOptions &) {
+  return superClassName;
+}
 
 bool TCIMClass::IsAssociation(const TCIMOptions &) {
   // Before Commit the superclass's qualifier is not propagated yet.
@@ -199,8 +212,7 @@ bool TCIMClass::HasMethod(const std::string &methodName, const TCIMOptions &) {
 
 std::vector<std::string> TCIMClass::GetDerivation(const TCIMOptions &) {
   std::vector<std::string> derivation{name};
-  for (ICIMClass *ancestor = superClass.get(); ancestor;
-       ancestor = ancestor->GetSuperClass().get())
+  for (ICIMClass *ancestor = superClass.get(); ancestor; ancestor = ancestor->GetSuperClass().get())
     derivation.push_back(ancestor->GetName());
   return derivation;
 }

@@ -44,7 +44,8 @@ public:
   /// The layout settled at Commit; before Commit one built for the call.
   boost::shared_ptr<const TPropertyLayout> GetLayout();
 
-  boost::shared_ptr<ICIMNamespace> GetNamespace(const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMNamespace>
+  GetNamespace(const TCIMOptions &options = TCIMOptions()) override;
   void Commit(const TCIMOptions &options = TCIMOptions()) override;
   bool IsCommitted(const TCIMOptions &options = TCIMOptions()) override;
   boost::shared_ptr<ICIMClass> GetSuperClass(const TCIMOptions &options = TCIMOptions()) override;
@@ -63,12 +64,13 @@ public:
                       const TCIMOptions &options = TCIMOptions()) override;
   std::vector<boost::shared_ptr<ICIMMethod>>
   GetLocalMethods(const TCIMOptions &options = TCIMOptions()) override;
-  bool HasMethod(const std::string &methodName, const TCIMOptions &options = TCIMOptions()) override;
+  bool HasMethod(const std::string &methodName,
+                 const TCIMOptions &options = TCIMOptions()) override;
   std::vector<std::string> GetDerivation(const TCIMOptions &options = TCIMOptions()) override;
   /// An empty name throws kORVStatusInvalidArgument.
-  boost::shared_ptr<ICIMPropertyDecl> AddProperty(const std::string &propertyName,
-                                                  TCIMValue value,
-                                                  const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMPropertyDecl>
+  AddProperty(const std::string &propertyName, TCIMValue value,
+              const TCIMOptions &options = TCIMOptions()) override;
   boost::shared_ptr<ICIMPropertyDecl>
   GetProperty(const std::string &propertyName, const TCIMOptions &options = TCIMOptions()) override;
   std::vector<boost::shared_ptr<ICIMPropertyDecl>>
@@ -81,7 +83,8 @@ public:
   /// class.
   std::vector<boost::shared_ptr<ICIMInstance>>
   GetInstances(const TCIMOptions &options = TCIMOptions()) override;
-  boost::shared_ptr<ICIMInstance> CreateInstance(const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMInstance>
+  CreateInstance(const TCIMOptions &options = TCIMOptions()) override;
   /// Throws kORVStatusNoSuchMethod for a name this class does not declare,
   /// kORVStatusAlreadyCommitted after Commit.
   void RemoveMethod(const std::string &methodName,

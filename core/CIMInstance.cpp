@@ -11,7 +11,9 @@ namespace NVRNORV20 {
 
 namespace {
 
-[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+[[noreturn]] void Fail(EORVStatusCode code) {
+  throw TORVException(TORVStatusCode(code));
+}
 
 } // namespace
 
@@ -49,7 +51,9 @@ std::size_t TCIMInstance::PositionOf(const std::string &name) const {
   return found->second;
 }
 
-boost::shared_ptr<ICIMClass> TCIMInstance::GetClass(const TCIMOptions &) { return cimClass; }
+boost::shared_ptr<ICIMClass> TCIMInstance::GetClass(const TCIMOptions &) {
+  return cimClass;
+}
 
 void TCIMInstance::Commit(TCIMOptions) {
   if (committed)
@@ -64,9 +68,13 @@ void TCIMInstance::Commit(TCIMOptions) {
   committed = true;
 }
 
-bool TCIMInstance::IsCommitted(const TCIMOptions &) { return committed; }
+bool TCIMInstance::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
 
-const std::string &TCIMInstance::GetClassName(const TCIMOptions &) { return cimClass->GetName(); }
+const std::string &TCIMInstance::GetClassName(const TCIMOptions &) {
+  return cimClass->GetName();
+}
 
 TCIMReference TCIMInstance::GetPath(const TCIMOptions &) {
   TCIMReference path(cimNamespace.lock(), std::map<std::string, TCIMValue>());
@@ -159,6 +167,8 @@ boost::shared_ptr<ICIMPropertyDecl> TCIMInstanceProperty::GetPropertyDecl(const 
   return instance->GetLayout().properties[position];
 }
 
-bool TCIMInstanceProperty::IsKey(const TCIMOptions &) { return GetPropertyDecl()->IsKey(); }
+bool TCIMInstanceProperty::IsKey(const TCIMOptions &) {
+  return GetPropertyDecl()->IsKey();
+}
 
 } // namespace NVRNORV20

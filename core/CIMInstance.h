@@ -46,15 +46,16 @@ public:
   bool IsCommitted(const TCIMOptions &options = TCIMOptions()) override;
   const std::string &GetClassName(const TCIMOptions &options = TCIMOptions()) override;
   TCIMReference GetPath(const TCIMOptions &options = TCIMOptions()) override;
-  boost::shared_ptr<ICIMNamespace> GetNamespace(const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMNamespace>
+  GetNamespace(const TCIMOptions &options = TCIMOptions()) override;
   std::vector<boost::shared_ptr<ICIMProperty>>
   GetProperties(const TCIMOptions &options = TCIMOptions()) override;
   TCIMValue GetPropertyValue(const std::string &name,
                              const TCIMOptions &options = TCIMOptions()) override;
   bool HasProperty(const std::string &name, const TCIMOptions &options = TCIMOptions()) override;
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
-  boost::shared_ptr<ICIMProperty> GetPropertyDecl(const std::string &name,
-                                                  const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMProperty>
+  GetPropertyDecl(const std::string &name, const TCIMOptions &options = TCIMOptions()) override;
   /// A property declared without a type takes a value of any type.
   void SetPropertyValue(const std::string &name, const TCIMValue &value,
                         const TCIMOptions &options = TCIMOptions()) override;

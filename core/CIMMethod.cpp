@@ -16,10 +16,18 @@ void TCIMParameter::PropagateQualifiers(
   qualifiers.Propagate(inherited);
 }
 
-const std::string &TCIMParameter::GetName(const TCIMOptions &) { return name; }
-TCIMType TCIMParameter::GetType(const TCIMOptions &) { return type; }
-void TCIMParameter::Commit(const TCIMOptions &) { committed = true; }
-bool TCIMParameter::IsCommitted(const TCIMOptions &) { return committed; }
+const std::string &TCIMParameter::GetName(const TCIMOptions &) {
+  return name;
+}
+TCIMType TCIMParameter::GetType(const TCIMOptions &) {
+  return type;
+}
+void TCIMParameter::Commit(const TCIMOptions &) {
+  committed = true;
+}
+bool TCIMParameter::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
 
 std::string TCIMParameter::ToMOF(const TCIMOptions &) {
   std::string text = MofQualifierPrefix(qualifiers.Own());
@@ -33,7 +41,9 @@ TCIMMethod::TCIMMethod(std::string methodName, TCIMType methodReturnType, std::s
     : name(std::move(methodName)), returnType(methodReturnType), classOrigin(std::move(origin)),
       overridden(std::move(overriddenMethod)) {}
 
-TCIMMethod::~TCIMMethod() { ReleaseChain(overridden, &TCIMMethod::overridden); }
+TCIMMethod::~TCIMMethod() {
+  ReleaseChain(overridden, &TCIMMethod::overridden);
+}
 
 void TCIMMethod::SetOverridden(boost::shared_ptr<ICIMMethod> method) {
   overridden = std::move(method);
@@ -58,10 +68,18 @@ void TCIMMethod::PropagateQualifiers() {
   }
 }
 
-const std::string &TCIMMethod::GetName(const TCIMOptions &) { return name; }
-TCIMType TCIMMethod::GetReturnType(const TCIMOptions &) { return returnType; }
-void TCIMMethod::Commit(const TCIMOptions &) { committed = true; }
-bool TCIMMethod::IsCommitted(const TCIMOptions &) { return committed; }
+const std::string &TCIMMethod::GetName(const TCIMOptions &) {
+  return name;
+}
+TCIMType TCIMMethod::GetReturnType(const TCIMOptions &) {
+  return returnType;
+}
+void TCIMMethod::Commit(const TCIMOptions &) {
+  committed = true;
+}
+bool TCIMMethod::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
 
 std::vector<boost::shared_ptr<ICIMParameter>> TCIMMethod::GetParameters(const TCIMOptions &) {
   return std::vector<boost::shared_ptr<ICIMParameter>>(parameters.Items().begin(),
@@ -87,11 +105,13 @@ boost::shared_ptr<ICIMParameter> TCIMMethod::AddParameter(const std::string &par
   return parameter;
 }
 
-const std::string &TCIMMethod::GetClassOrigin(const TCIMOptions &) { return classOrigin; }
+const std::string &TCIMMethod::GetClassOrigin(const TCIMOptions &) {
+  return classOrigin;
+}
 
 std::string TCIMMethod::ToMOF(const TCIMOptions &) {
-  std::string text = MofQualifierPrefix(qualifiers.Own()) + MofTypeName(returnType) + " " + name +
-                     "(";
+  std::string text =
+      MofQualifierPrefix(qualifiers.Own()) + MofTypeName(returnType) + " " + name + "(";
   bool first = true;
   for (const auto &parameter : parameters.Items()) {
     if (!first)

@@ -64,9 +64,9 @@ public:
   boost::shared_ptr<ICIMParameter>
   GetParameter(const std::string &parameterName,
                const TCIMOptions &options = TCIMOptions()) override;
-  boost::shared_ptr<ICIMParameter> AddParameter(const std::string &parameterName,
-                                                TCIMType parameterType,
-                                                const TCIMOptions &options = TCIMOptions()) override;
+  boost::shared_ptr<ICIMParameter>
+  AddParameter(const std::string &parameterName, TCIMType parameterType,
+               const TCIMOptions &options = TCIMOptions()) override;
   const std::string &GetClassOrigin(const TCIMOptions &options = TCIMOptions()) override;
   /// "[Static] uint32 Start([IN] string Arg, [OUT] uint32 Code);"; "void"
   /// for a method without return type.

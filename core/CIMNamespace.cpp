@@ -9,12 +9,16 @@ namespace NVRNORV20 {
 
 namespace {
 
-[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+[[noreturn]] void Fail(EORVStatusCode code) {
+  throw TORVException(TORVStatusCode(code));
+}
 
 /// The text under which the registry files a keyed instance: the folded
 /// class name, then each key value as a MOF literal (which quotes and
 /// escapes strings, so values cannot run into each other).
-std::string PathKeyStart(const std::string &className) { return FoldName(className); }
+std::string PathKeyStart(const std::string &className) {
+  return FoldName(className);
+}
 
 void AppendPathKey(std::string &key, const TCIMValue &value) {
   key += '\n';
@@ -34,8 +38,8 @@ TCIMNamespace::TClassEntry *TCIMNamespace::FindEntry(const std::string &classNam
   return found == classes.end() ? nullptr : &found->second;
 }
 
-std::vector<TCIMNamespace::TClassEntry *>
-TCIMNamespace::CollectDescendants(TClassEntry &entry, bool includeSelf) {
+std::vector<TCIMNamespace::TClassEntry *> TCIMNamespace::CollectDescendants(TClassEntry &entry,
+                                                                            bool includeSelf) {
   std::vector<TClassEntry *> collected;
   if (includeSelf)
     collected.push_back(&entry);
@@ -104,7 +108,9 @@ boost::shared_ptr<TCIMInstance> TCIMNamespace::FindInstance(const TCIMReference 
   return found == instancesByPath.end() ? boost::shared_ptr<TCIMInstance>() : found->second;
 }
 
-const std::string &TCIMNamespace::GetName(const TCIMOptions &) { return name; }
+const std::string &TCIMNamespace::GetName(const TCIMOptions &) {
+  return name;
+}
 
 std::vector<boost::shared_ptr<ICIMClass>> TCIMNamespace::GetClasses(const TCIMOptions &) {
   std::vector<boost::shared_ptr<ICIMClass>> ordered;
@@ -124,11 +130,10 @@ void TCIMNamespace::DeleteClass(const std::string &className, const TCIMOptions 
   const std::string &superClassName = entry.cimClass->GetSuperClassName();
   if (TClassEntry *parent = superClassName.empty() ? nullptr : FindEntry(superClassName)) {
     auto &siblings = parent->subclasses;
-    siblings.erase(std::remove_if(siblings.begin(), siblings.end(),
-                                  [&](const std::string &sibling) {
-                                    return SameName(sibling, className);
-                                  }),
-                   siblings.end());
+    siblings.erase(
+        std::remove_if(siblings.begin(), siblings.end(),
+                       [&](const std::string &sibling) { return SameName(sibling, className); }),
+        siblings.end());
   }
   classOrder.erase(entry.sequence);
   classes.erase(found);
@@ -196,8 +201,8 @@ TCIMNamespace::CreateQualifierDecl(const std::string &qualifierName, const TCIMV
   return declaration;
 }
 
-boost::shared_ptr<ICIMQualifierDecl> TCIMNamespace::GetQualifierDecl(const std::string &qualifierName,
-                                                                     const TCIMOptions &) {
+boost::shared_ptr<ICIMQualifierDecl>
+TCIMNamespace::GetQualifierDecl(const std::string &qualifierName, const TCIMOptions &) {
   boost::shared_ptr<TCIMQualifierDecl> declaration = qualifierDecls.Find(qualifierName);
   if (!declaration)
     Fail(kORVStatusQualifierNotDeclared);

@@ -67,7 +67,8 @@ public:
   boost::shared_ptr<ICIMInstance> GetInstance(const TCIMReference &path,
                                               const TCIMOptions &options = TCIMOptions()) override;
   /// Throws kORVStatusNoSuchInstance like GetInstance.
-  void DeleteInstance(const TCIMReference &path, const TCIMOptions &options = TCIMOptions()) override;
+  void DeleteInstance(const TCIMReference &path,
+                      const TCIMOptions &options = TCIMOptions()) override;
   /// For "", the classes without superclass (with deep, every class). An
   /// unknown class name throws kORVStatusSchemaLookup.
   std::vector<std::string> GetSubclassNames(const std::string &className, bool deep,

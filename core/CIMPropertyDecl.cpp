@@ -10,8 +10,8 @@ namespace NVRNORV20 {
 TCIMPropertyDecl::TCIMPropertyDecl(std::string propertyName, std::string origin,
                                    TCIMValue defaultValue,
                                    boost::shared_ptr<ICIMPropertyDecl> overriddenProperty)
-    : name(std::move(propertyName)), classOrigin(std::move(origin)),
-      value(std::move(defaultValue)), overridden(std::move(overriddenProperty)) {}
+    : name(std::move(propertyName)), classOrigin(std::move(origin)), value(std::move(defaultValue)),
+      overridden(std::move(overriddenProperty)) {}
 
 TCIMPropertyDecl::~TCIMPropertyDecl() {
   ReleaseChain(overridden, &TCIMPropertyDecl::overridden);
@@ -26,13 +26,23 @@ void TCIMPropertyDecl::PropagateQualifiers() {
                                   : std::vector<boost::shared_ptr<ICIMQualifier>>());
 }
 
-const std::string &TCIMPropertyDecl::GetClassOrigin(const TCIMOptions &) { return classOrigin; }
+const std::string &TCIMPropertyDecl::GetClassOrigin(const TCIMOptions &) {
+  return classOrigin;
+}
 
-bool TCIMPropertyDecl::IsKey(const TCIMOptions &) { return qualifiers.IsTrue("KEY"); }
+bool TCIMPropertyDecl::IsKey(const TCIMOptions &) {
+  return qualifiers.IsTrue("KEY");
+}
 
-void TCIMPropertyDecl::Commit(const TCIMOptions &) { committed = true; }
-bool TCIMPropertyDecl::IsCommitted(const TCIMOptions &) { return committed; }
-const std::string &TCIMPropertyDecl::GetName(const TCIMOptions &) { return name; }
+void TCIMPropertyDecl::Commit(const TCIMOptions &) {
+  committed = true;
+}
+bool TCIMPropertyDecl::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
+const std::string &TCIMPropertyDecl::GetName(const TCIMOptions &) {
+  return name;
+}
 
 std::string TCIMPropertyDecl::GetReferenceClassName(const TCIMOptions &) {
   if (GetType().GetElementType() != kCIMTypeReference)
@@ -57,7 +67,9 @@ boost::shared_ptr<ICIMPropertyDecl> TCIMPropertyDecl::GetOverriddenProperty(cons
   return overridden;
 }
 
-TCIMValue TCIMPropertyDecl::GetValue(const TCIMOptions &) { return value; }
+TCIMValue TCIMPropertyDecl::GetValue(const TCIMOptions &) {
+  return value;
+}
 
 void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
   if (newValue.GetType() != kCIMTypeNone) {

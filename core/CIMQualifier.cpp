@@ -13,7 +13,9 @@ TCIMQualifierDecl::TCIMQualifierDecl(std::string declName, const TCIMValue &defa
       arraySize(defaultVal.IsArray() && defaultVal.IsNull() ? defaultVal.GetCount() : 0),
       scope(declScope), flavor(declFlavor) {}
 
-const std::string &TCIMQualifierDecl::GetName(const TCIMOptions &) { return name; }
+const std::string &TCIMQualifierDecl::GetName(const TCIMOptions &) {
+  return name;
+}
 
 void TCIMQualifierDecl::Commit(const TCIMOptions &) {
   if (committed)
@@ -21,18 +23,32 @@ void TCIMQualifierDecl::Commit(const TCIMOptions &) {
   committed = true;
 }
 
-std::uint32_t TCIMQualifierDecl::GetScope(const TCIMOptions &) { return scope; }
-std::uint32_t TCIMQualifierDecl::GetFlavor(const TCIMOptions &) { return flavor; }
-TCIMValue TCIMQualifierDecl::GetDefaultValue(const TCIMOptions &) { return defaultValue; }
-TCIMType TCIMQualifierDecl::GetType(const TCIMOptions &) { return defaultValue.GetType(); }
-bool TCIMQualifierDecl::IsArray(const TCIMOptions &) { return defaultValue.IsArray(); }
-unsigned int TCIMQualifierDecl::GetArraySize(const TCIMOptions &) { return arraySize; }
-bool TCIMQualifierDecl::IsCommitted(const TCIMOptions &) { return committed; }
+std::uint32_t TCIMQualifierDecl::GetScope(const TCIMOptions &) {
+  return scope;
+}
+std::uint32_t TCIMQualifierDecl::GetFlavor(const TCIMOptions &) {
+  return flavor;
+}
+TCIMValue TCIMQualifierDecl::GetDefaultValue(const TCIMOptions &) {
+  return defaultValue;
+}
+TCIMType TCIMQualifierDecl::GetType(const TCIMOptions &) {
+  return defaultValue.GetType();
+}
+bool TCIMQualifierDecl::IsArray(const TCIMOptions &) {
+  return defaultValue.IsArray();
+}
+unsigned int TCIMQualifierDecl::GetArraySize(const TCIMOptions &) {
+  return arraySize;
+}
+bool TCIMQualifierDecl::IsCommitted(const TCIMOptions &) {
+  return committed;
+}
 
 std::string TCIMQualifierDecl::ToMOF(const TCIMOptions &) {
   const TCIMType type = defaultValue.GetType();
-  std::string text = "Qualifier " + name + " : " + MofTypeName(type) +
-                     MofArraySuffix(type, arraySize);
+  std::string text =
+      "Qualifier " + name + " : " + MofTypeName(type) + MofArraySuffix(type, arraySize);
   if (!defaultValue.IsNull())
     text += " = " + defaultValue.ToMOF();
   const std::string scopeText = MofScope(scope);
@@ -41,27 +57,27 @@ std::string TCIMQualifierDecl::ToMOF(const TCIMOptions &) {
   return text + ", " + MofFlavor(flavor) + ";";
 }
 
-boost::shared_ptr<TCIMQualifier> TCIMQualifier::Make(boost::shared_ptr<ICIMQualifierDecl> declaration,
-                                                     const TCIMValue &value, std::uint32_t flavor) {
+boost::shared_ptr<TCIMQualifier>
+TCIMQualifier::Make(boost::shared_ptr<ICIMQualifierDecl> declaration, const TCIMValue &value,
+                    std::uint32_t flavor) {
   if (!declaration)
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
   TCIMValue fitted = FitValue(value, declaration->GetType());
   std::string name = declaration->GetName();
-  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(
-      std::move(name), std::move(declaration), std::move(fitted), flavor, false));
+  return boost::shared_ptr<TCIMQualifier>(
+      new TCIMQualifier(std::move(name), std::move(declaration), std::move(fitted), flavor, false));
 }
 
 boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakeAbsent(const std::string &name) {
-  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(
-      name, boost::shared_ptr<ICIMQualifierDecl>(), TCIMValue(), ICIMQualifierDecl::kFlavorDefault,
-      false));
+  return boost::shared_ptr<TCIMQualifier>(
+      new TCIMQualifier(name, boost::shared_ptr<ICIMQualifierDecl>(), TCIMValue(),
+                        ICIMQualifierDecl::kFlavorDefault, false));
 }
 
 boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakePropagated(ICIMQualifier &inherited) {
-  return boost::shared_ptr<TCIMQualifier>(new TCIMQualifier(inherited.GetName(),
-                                                            inherited.GetDeclaration(),
-                                                            inherited.GetValue(),
-                                                            inherited.GetFlavor(), true));
+  return boost::shared_ptr<TCIMQualifier>(
+      new TCIMQualifier(inherited.GetName(), inherited.GetDeclaration(), inherited.GetValue(),
+                        inherited.GetFlavor(), true));
 }
 
 TCIMQualifier::TCIMQualifier(std::string qualifierName,
@@ -80,14 +96,20 @@ TCIMValue TCIMQualifier::FitValue(const TCIMValue &given, TCIMType declared) {
   return given;
 }
 
-const std::string &TCIMQualifier::GetName(const TCIMOptions &) { return name; }
+const std::string &TCIMQualifier::GetName(const TCIMOptions &) {
+  return name;
+}
 
 boost::shared_ptr<ICIMQualifierDecl> TCIMQualifier::GetDeclaration(const TCIMOptions &) {
   return declaration;
 }
 
-std::uint32_t TCIMQualifier::GetFlavor(const TCIMOptions &) { return flavor; }
-void TCIMQualifier::SetFlavor(std::uint32_t newFlavor, const TCIMOptions &) { flavor = newFlavor; }
+std::uint32_t TCIMQualifier::GetFlavor(const TCIMOptions &) {
+  return flavor;
+}
+void TCIMQualifier::SetFlavor(std::uint32_t newFlavor, const TCIMOptions &) {
+  flavor = newFlavor;
+}
 
 TCIMType TCIMQualifier::GetType(const TCIMOptions &) {
   if (value.GetType() != kCIMTypeNone || !declaration)
@@ -95,7 +117,9 @@ TCIMType TCIMQualifier::GetType(const TCIMOptions &) {
   return declaration->GetType();
 }
 
-bool TCIMQualifier::IsPropagated(const TCIMOptions &) { return propagated; }
+bool TCIMQualifier::IsPropagated(const TCIMOptions &) {
+  return propagated;
+}
 
 void TCIMQualifier::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
   value = FitValue(newValue, declaration ? declaration->GetType() : TCIMType());
@@ -111,7 +135,9 @@ std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
   return name + "(" + value.ToMOF() + ")";
 }
 
-TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) { return value; }
+TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) {
+  return value;
+}
 
 boost::shared_ptr<ICIMQualifier>
 TCIMQualifierList::Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list,
@@ -147,7 +173,9 @@ boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Find(const std::string &name
   return found ? found : Scan(propagated, name);
 }
 
-bool TCIMQualifierList::Has(const std::string &name) const { return static_cast<bool>(Find(name)); }
+bool TCIMQualifierList::Has(const std::string &name) const {
+  return static_cast<bool>(Find(name));
+}
 
 boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Get(const std::string &name) const {
   boost::shared_ptr<ICIMQualifier> found = Find(name);

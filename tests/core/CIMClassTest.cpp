@@ -166,8 +166,8 @@ TEST_F(CIMClassTest, QualifierValuesAreFittedToTheirDeclaration) {
       {"MaxLen", TCIMValue("8"), kORVStatusTypeMismatch, kCIMTypeNone},
       {"Key", TCIMValue::MakeSigned(kCIMTypeSint8, 1), kORVStatusTypeMismatch, kCIMTypeNone},
       // Declared without default in CIM-XML, an array qualifier looks scalar.
-      {"ValueMap", StringArray({"0", "1"}),
-       kORVStatusOK, static_cast<ECIMType>(kCIMTypeString | kCIMTypeArrayFlag)},
+      {"ValueMap", StringArray({"0", "1"}), kORVStatusOK,
+       static_cast<ECIMType>(kCIMTypeString | kCIMTypeArrayFlag)},
   };
   for (const auto &test : cases) {
     SCOPED_TRACE(test.qualifier);
@@ -221,15 +221,20 @@ TEST_F(CIMClassTest, MemberEditsFailWhereTheyMust) {
     std::function<void()> call;
     EORVStatusCode status;
   } cases[] = {
-      {"own property twice", [&] { derived->AddProperty("OWN", TCIMValue()); }, kORVStatusAlreadyExists},
+      {"own property twice", [&] { derived->AddProperty("OWN", TCIMValue()); },
+       kORVStatusAlreadyExists},
       {"unknown property", [&] { derived->GetProperty("Missing"); }, kORVStatusNoSuchProperty},
       {"remove inherited", [&] { derived->RemoveProperty("Inherited"); }, kORVStatusNoSuchProperty},
       {"unknown method", [&] { derived->GetMethod("Walk"); }, kORVStatusNoSuchMethod},
-      {"method twice", [&] { derived->AddMethod("run", TCIMType(kCIMTypeUint32)); }, kORVStatusAlreadyExists},
-      {"parameter twice", [&] { method->AddParameter("ARG", TCIMType(kCIMTypeString)); }, kORVStatusAlreadyExists},
+      {"method twice", [&] { derived->AddMethod("run", TCIMType(kCIMTypeUint32)); },
+       kORVStatusAlreadyExists},
+      {"parameter twice", [&] { method->AddParameter("ARG", TCIMType(kCIMTypeString)); },
+       kORVStatusAlreadyExists},
       {"unknown parameter", [&] { method->GetParameter("Other"); }, kORVStatusNoSuchParameter},
-      {"property after Commit", [&] { base->AddProperty("Late", TCIMValue()); }, kORVStatusAlreadyCommitted},
-      {"remove after Commit", [&] { base->RemoveProperty("Inherited"); }, kORVStatusAlreadyCommitted},
+      {"property after Commit", [&] { base->AddProperty("Late", TCIMValue()); },
+       kORVStatusAlreadyCommitted},
+      {"remove after Commit", [&] { base->RemoveProperty("Inherited"); },
+       kORVStatusAlreadyCommitted},
       {"second Commit", [&] { base->Commit(); }, kORVStatusAlreadyCommitted},
   };
   for (const auto &test : cases) {

@@ -109,14 +109,16 @@ TEST_F(CIMInstanceTest, CommitRegistersByPathAndRefusesDuplicates) {
   EXPECT_EQ(ns->GetInstance(path), first);
 
   // Key names in any case and order; a key value given as text.
-  EXPECT_EQ(ns->GetInstance(Path("DEVICE", {{"slot", TCIMValue("1")}, {"NAME", TCIMValue("disk")}})),
-            first);
+  EXPECT_EQ(
+      ns->GetInstance(Path("DEVICE", {{"slot", TCIMValue("1")}, {"NAME", TCIMValue("disk")}})),
+      first);
   struct TCase {
     const char *what;
     TCIMReference path;
   } missing[] = {
       {"other key value", Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", Uint32(7)}})},
-      {"key text that is no number", Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", TCIMValue("x")}})},
+      {"key text that is no number",
+       Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", TCIMValue("x")}})},
       {"superclass of the instance", Path("Base", {{"Name", TCIMValue("disk")}})},
       {"unknown class", Path("Nowhere", {})},
   };

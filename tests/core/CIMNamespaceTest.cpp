@@ -24,16 +24,20 @@ TEST_F(CIMNamespaceTest, LookUpsThrowTheStatusTheLoaderRelieson) {
       {"unknown class", [&] { ns->GetClass("CIM_Missing"); }, kORVStatusSchemaLookup},
       {"unknown superclass name", [&] { Class("Sub", "Nowhere"); }, kORVStatusSchemaLookup},
       {"class twice", [&] { ns->CreateClass("CIM_Thing", nullptr); }, kORVStatusAlreadyExists},
-      {"class twice, other case", [&] { ns->CreateClass("cim_thing", nullptr); }, kORVStatusAlreadyExists},
+      {"class twice, other case", [&] { ns->CreateClass("cim_thing", nullptr); },
+       kORVStatusAlreadyExists},
       {"class without name", [&] { ns->CreateClass("", nullptr); }, kORVStatusInvalidArgument},
-      {"undeclared qualifier", [&] { ns->GetQualifierDecl("Nonsense"); }, kORVStatusQualifierNotDeclared},
+      {"undeclared qualifier", [&] { ns->GetQualifierDecl("Nonsense"); },
+       kORVStatusQualifierNotDeclared},
       {"qualifier declared twice", [&] { ns->CreateQualifierDecl("KEY", TCIMValue(true), 8, 2); },
        kORVStatusSchemaLookup},
       {"delete undeclared qualifier", [&] { ns->DeleteQualifierDecl("Nonsense"); },
        kORVStatusQualifierNotDeclared},
       {"delete unknown class", [&] { ns->DeleteClass("CIM_Missing"); }, kORVStatusSchemaLookup},
-      {"instances of unknown class", [&] { ns->GetInstances("CIM_Missing", false); }, kORVStatusSchemaLookup},
-      {"subclasses of unknown class", [&] { ns->GetSubclassNames("CIM_Missing", true); }, kORVStatusSchemaLookup},
+      {"instances of unknown class", [&] { ns->GetInstances("CIM_Missing", false); },
+       kORVStatusSchemaLookup},
+      {"subclasses of unknown class", [&] { ns->GetSubclassNames("CIM_Missing", true); },
+       kORVStatusSchemaLookup},
       {"qualifier declaration committed twice", [&] { ns->GetQualifierDecl("Key")->Commit(); },
        kORVStatusAlreadyCommitted},
   };
@@ -61,7 +65,8 @@ TEST_F(CIMNamespaceTest, SecondQualifierDeclarationLeavesTheFirst) {
 TEST_F(CIMNamespaceTest, ClassesAndSubclassesInDefinitionOrder) {
   // Root <- A <- A1, Root <- B <- B1, A <- A2 defined interleaved.
   const std::vector<std::pair<const char *, const char *>> defined = {
-      {"Root", ""}, {"A", "Root"}, {"B", "Root"}, {"B1", "B"}, {"A1", "A"}, {"A2", "A"}, {"Other", ""}};
+      {"Root", ""}, {"A", "Root"}, {"B", "Root"}, {"B1", "B"},
+      {"A1", "A"},  {"A2", "A"},   {"Other", ""}};
   for (const auto &entry : defined)
     Class(entry.first, entry.second)->Commit();
   std::vector<std::string> names;

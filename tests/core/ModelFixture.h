@@ -22,7 +22,8 @@ protected:
 
   void SetUp() override {
     ns = CreateCIMNamespace("root/test");
-    Declare("Key", TCIMValue(false), ICIMQualifierDecl::kScopeProperty | ICIMQualifierDecl::kScopeReference,
+    Declare("Key", TCIMValue(false),
+            ICIMQualifierDecl::kScopeProperty | ICIMQualifierDecl::kScopeReference,
             ICIMQualifierDecl::kFlavorToSubclass);
     Declare("Association", TCIMValue(false), ICIMQualifierDecl::kScopeAssociation,
             ICIMQualifierDecl::kFlavorToSubclass);
@@ -81,7 +82,8 @@ protected:
     return ns->CreateClass(name, ns->GetClass(superName));
   }
 
-  static std::vector<std::string> Names(const std::vector<boost::shared_ptr<ICIMPropertyDecl>> &list) {
+  static std::vector<std::string>
+  Names(const std::vector<boost::shared_ptr<ICIMPropertyDecl>> &list) {
     std::vector<std::string> names;
     for (const auto &item : list)
       names.push_back(item->GetName());
@@ -101,7 +103,9 @@ inline EORVStatusCode StatusOf(const std::function<void()> &call) {
   return kORVStatusOK;
 }
 
-inline TCIMValue Uint32(std::uint64_t value) { return TCIMValue::MakeUnsigned(kCIMTypeUint32, value); }
+inline TCIMValue Uint32(std::uint64_t value) {
+  return TCIMValue::MakeUnsigned(kCIMTypeUint32, value);
+}
 
 inline TCIMValue StringArray(const std::vector<std::string> &texts) {
   std::vector<TCIMValue> elements;

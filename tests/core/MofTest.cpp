@@ -30,7 +30,8 @@ TEST_F(MofTest, QualifierDeclarations) {
        "Qualifier Bits : string[], Scope(property, method, parameter), "
        "Flavor(EnableOverride, ToSubclass);"},
       {"Fixed", TCIMValue(TCIMType(kCIMTypeSint64).GetArrayType(), 4), D::kScopeClass,
-       D::kFlavorNone, "Qualifier Fixed : sint64[4], Scope(class), Flavor(DisableOverride, Restricted);"},
+       D::kFlavorNone,
+       "Qualifier Fixed : sint64[4], Scope(class), Flavor(DisableOverride, Restricted);"},
       {"Version", TCIMValue("2.6.0"), 0, D::kFlavorOverridable,
        "Qualifier Version : string = \"2.6.0\", Flavor(EnableOverride, Restricted);"},
   };
@@ -98,8 +99,8 @@ TEST_F(MofTest, NamespaceOfASmallHierarchy) {
   Property(*special, "state", TCIMValue::MakeUnsigned(kCIMTypeUint16, 0));
   Property(*special, "Extra", TCIMValue("x"));
   auto restart = special->AddMethod("Start", TCIMType(kCIMTypeUint32));
-  Qualify(*restart->AddParameter("Arg", TCIMType(kCIMTypeString)), *space, "In",
-          TCIMValue(false), ICIMQualifierDecl::kFlavorToSubclass);
+  Qualify(*restart->AddParameter("Arg", TCIMType(kCIMTypeString)), *space, "In", TCIMValue(false),
+          ICIMQualifierDecl::kFlavorToSubclass);
   special->Commit();
   ASSERT_TRUE(special->GetProperty("State")->HasQualifier("ValueMap")) << "propagated, not shown";
 
@@ -113,38 +114,39 @@ TEST_F(MofTest, NamespaceOfASmallHierarchy) {
                               "    string Extra = \"x\";\n"
                               "    uint32 Start([In(false)] string Arg);\n"
                               "};");
-  EXPECT_EQ(space->ToMOF(),
-            "Qualifier Key : boolean = false, Scope(property, reference), "
-            "Flavor(DisableOverride, ToSubclass);\n"
-            "\n"
-            "Qualifier Description : string, Scope(any), Flavor(EnableOverride, ToSubclass);\n"
-            "\n"
-            "Qualifier ValueMap : string[], Scope(property), Flavor(EnableOverride, ToSubclass);\n"
-            "\n"
-            "Qualifier In : boolean = true, Scope(parameter), Flavor(DisableOverride, ToSubclass);\n"
-            "\n"
-            "[Description(\"A \\\"thing\\\"\")]\n"
-            "class CIM_Thing {\n"
-            "    [Key] string Name;\n"
-            "    [ValueMap {\"0\", \"1\"}] uint16 State = 1;\n"
-            "    uint8 Data[4];\n"
-            "    string Tags[];\n"
-            "    CIM_Thing REF Peer;\n"
-            "    [Description(\"Starts it\")] uint32 Start([In] string Arg, uint8 Codes[]);\n"
-            "};\n"
-            "\n"
-            "class CIM_Special : CIM_Thing {\n"
-            "    uint16 state = 0;\n"
-            "    string Extra = \"x\";\n"
-            "    uint32 Start([In(false)] string Arg);\n"
-            "};\n"
-            "\n"
-            "instance of CIM_Special {\n"
-            "    Name = \"one\";\n"
-            "    state = 0;\n"
-            "    Tags = {\"a\", \"b\"};\n"
-            "    Extra = \"x\";\n"
-            "};\n");
+  EXPECT_EQ(
+      space->ToMOF(),
+      "Qualifier Key : boolean = false, Scope(property, reference), "
+      "Flavor(DisableOverride, ToSubclass);\n"
+      "\n"
+      "Qualifier Description : string, Scope(any), Flavor(EnableOverride, ToSubclass);\n"
+      "\n"
+      "Qualifier ValueMap : string[], Scope(property), Flavor(EnableOverride, ToSubclass);\n"
+      "\n"
+      "Qualifier In : boolean = true, Scope(parameter), Flavor(DisableOverride, ToSubclass);\n"
+      "\n"
+      "[Description(\"A \\\"thing\\\"\")]\n"
+      "class CIM_Thing {\n"
+      "    [Key] string Name;\n"
+      "    [ValueMap {\"0\", \"1\"}] uint16 State = 1;\n"
+      "    uint8 Data[4];\n"
+      "    string Tags[];\n"
+      "    CIM_Thing REF Peer;\n"
+      "    [Description(\"Starts it\")] uint32 Start([In] string Arg, uint8 Codes[]);\n"
+      "};\n"
+      "\n"
+      "class CIM_Special : CIM_Thing {\n"
+      "    uint16 state = 0;\n"
+      "    string Extra = \"x\";\n"
+      "    uint32 Start([In(false)] string Arg);\n"
+      "};\n"
+      "\n"
+      "instance of CIM_Special {\n"
+      "    Name = \"one\";\n"
+      "    state = 0;\n"
+      "    Tags = {\"a\", \"b\"};\n"
+      "    Extra = \"x\";\n"
+      "};\n");
 }
 
 } // namespace
