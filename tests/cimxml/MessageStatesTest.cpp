@@ -284,5 +284,26 @@ TEST_F(MessageStatesTest, RejectedShapesAndWhereTheParseGoesOn) {
   }
 }
 
+TEST_F(MessageStatesTest, MessagesUnderTheRoot) {
+  // A response's named instance is committed but collected nowhere.
+  TParseResult result = Parse(InMessage(
+      kCreateClass + Response("<IRETURNVALUE>" + Class("T_A") +
+                              "</IRETURNVALUE><IRETURNVALUE><VALUE.NAMEDINSTANCE><INSTANCENAME "
+                              "CLASSNAME=\"T_Disk\"><KEYVALUE>d2</KEYVALUE></INSTANCENAME>" +
+                              Instance("d2") + "</VALUE.NAMEDINSTANCE></IRETURNVALUE>")));
+  EXPECT_THAT(Log(), IsEmpty());
+  EXPECT_EQ(NewClasses(), (std::vector<std::string>{"T_New", "T_A"}));
+  EXPECT_EQ(Names(result.classes), std::vector<std::string>{"T_A"});
+  EXPECT_THAT(result.instances, IsEmpty());
+  EXPECT_EQ(InstanceCount(), 1u);
+
+  // A message and declarations may stand side by side under the root.
+  result = Parse("<CIM>" + Message(kCreateInstance) + "<DECLARATION><DECLGROUP><VALUE.OBJECT>" +
+                 Instance("d3") + "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>");
+  EXPECT_THAT(Log(), IsEmpty());
+  EXPECT_EQ(result.instances.size(), 1u);
+  EXPECT_EQ(InstanceCount(), 3u);
+}
+
 } // namespace
 } // namespace orvtest

@@ -232,5 +232,44 @@ TEST_F(ReferenceStatesTest, ValueReferenceRefusesOtherChildren) {
   EXPECT_EQ(probe->className, "T_Disk");
 }
 
+TEST_F(ReferenceStatesTest, ReferencesAndPathsInADocument) {
+  const std::string disk = "<INSTANCE CLASSNAME=\"T_Disk\"><PROPERTY NAME=\"Name\" "
+                           "TYPE=\"string\"><VALUE>d1</VALUE></PROPERTY></INSTANCE>";
+  const std::string link = "<INSTANCE CLASSNAME=\"T_Link\"><PROPERTY.REFERENCE NAME=\"Disk\">"
+                           "<VALUE.REFERENCE>" +
+                           kDiskName +
+                           "</VALUE.REFERENCE></PROPERTY.REFERENCE><PROPERTY NAME=\"Weight\" "
+                           "TYPE=\"real64\"><VALUE>1</VALUE></PROPERTY></INSTANCE>";
+  TParseResult result = Parse(
+      "<CIM><DECLARATION><DECLGROUP><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
+      "</LOCALNAMESPACEPATH><VALUE.OBJECT>" +
+      disk + "</VALUE.OBJECT></DECLGROUP><DECLGROUP.WITHNAME>" + Remote("root") +
+      "<VALUE.NAMEDOBJECT><INSTANCENAME CLASSNAME=\"T_Link\"/>" + link +
+      "</VALUE.NAMEDOBJECT><VALUE.NAMEDOBJECT><CLASS NAME=\"T_Ref\"><PROPERTY.REFERENCE "
+      "NAME=\"Default\" REFERENCECLASS=\"T_Disk\"><VALUE.REFERENCE>" +
+      kDiskName +
+      "</VALUE.REFERENCE></PROPERTY.REFERENCE></CLASS></VALUE.NAMEDOBJECT>"
+      "</DECLGROUP.WITHNAME><DECLGROUP.WITHPATH><VALUE.OBJECTWITHLOCALPATH><LOCALINSTANCEPATH>" +
+      Local("root") +
+      "<INSTANCENAME CLASSNAME=\"T_Pair\"><KEYVALUE>4</KEYVALUE></INSTANCENAME>"
+      "</LOCALINSTANCEPATH><INSTANCE CLASSNAME=\"T_Pair\"><PROPERTY NAME=\"Id\" "
+      "TYPE=\"uint16\"><VALUE>4</VALUE></PROPERTY></INSTANCE></VALUE.OBJECTWITHLOCALPATH>"
+      "<VALUE.OBJECTWITHPATH><CLASSPATH>" +
+      Remote("root") +
+      "<CLASSNAME NAME=\"T_Path\"/></CLASSPATH><CLASS NAME=\"T_Path\"/></VALUE.OBJECTWITHPATH>"
+      "</DECLGROUP.WITHPATH></DECLARATION></CIM>");
+  EXPECT_THAT(Log(), IsEmpty());
+  EXPECT_FALSE(result.aborted);
+  ASSERT_EQ(result.instances.size(), 3u);
+  EXPECT_EQ(result.instances[0]->GetPath().ToString(), "root/test:T_Disk.Name=\"d1\"");
+  TCIMValue target = result.instances[1]->GetPropertyValue("Disk");
+  EXPECT_EQ(target.GetReference().ToString(), "root/test:T_Disk.Name=\"d1\"");
+  EXPECT_EQ(result.instances[2]->GetPath().ToString(), "root/test:T_Pair.Id=4,Label=");
+  ASSERT_EQ(result.classes.size(), 2u);
+  EXPECT_EQ(result.classes[0]->GetProperty("Default")->GetValue().GetReference().ToString(),
+            "root/test:T_Disk.Name=\"d1\"");
+  EXPECT_EQ(result.classes[1]->GetName(), "T_Path");
+}
+
 } // namespace
 } // namespace orvtest
