@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <tuple>
 
 namespace NVRNORV20 {
 
@@ -82,6 +83,14 @@ inline char *SkipText(char *p) {
 inline int Lower(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
+}
+
+// Names are short: a plain loop beats a call to memcmp.
+inline bool SameBytes(const char *a, const char *b, std::size_t length) {
+  for (std::size_t i = 0; i < length; ++i)
+    if (a[i] != b[i])
+      return false;
+  return true;
 }
 
 std::size_t CountLineFeeds(const char *from, const char *to) {
@@ -525,8 +534,7 @@ TXmlParser::EContent TXmlParser::ReadContent(bool &doneResult) {
       // An end name shorter than the start name differs from it at the
       // byte after it, which is no name byte.
       if (static_cast<std::size_t>(cursor - endName) < element.nameLength ||
-          !std::equal(element.name, element.name + element.nameLength,
-                      endName)) {
+          !SameBytes(element.name, endName, element.nameLength)) {
         FatalError("Start and end element names don't match");
         return EContent::kDone;
       }
@@ -638,12 +646,13 @@ TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
 
     // Names are folded in the buffer itself, for good; values stay raw.
     FoldAttributeName(name, nameEnd);
-    const bool inserted =
-        attributes
-            .try_emplace(std::string(name, nameEnd),
-                         std::string(value, valueEnd))
-            .second;
-    if (!inserted) {
+    // Writers often put attributes in alphabetical order; the hint makes
+    // each of those inserts a single comparison.
+    const std::size_t sizeBefore = attributes.size();
+    attributes.emplace_hint(attributes.end(), std::piecewise_construct,
+                            std::forward_as_tuple(name, nameEnd),
+                            std::forward_as_tuple(value, valueEnd));
+    if (attributes.size() == sizeBefore) {
       // The first value stays. Both runs are terminated while we report,
       // as they are while the pair is made.
       const char keptNameEnd = *nameEnd;
