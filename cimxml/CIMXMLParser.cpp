@@ -33,8 +33,7 @@ std::string FoldName(const char *name) {
   std::string folded(name != nullptr ? name : "");
   if (!folded.empty()) {
     const std::locale global;
-    std::use_facet<std::ctype<char>>(global).tolower(&folded[0],
-                                                     &folded[0] + folded.size());
+    std::use_facet<std::ctype<char>>(global).tolower(&folded[0], &folded[0] + folded.size());
   }
   return folded;
 }
@@ -61,6 +60,8 @@ bool IsStreamSpace(char c) {
 // ---------------------------------------------------------------------------
 // The parser
 
+// The pointer is taken by value as the exported interface always had it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 TCIMXMLParser::TCIMXMLParser(boost::shared_ptr<ICIMNamespace> ns)
     : cimNamespace(ns), qn402Mode(false) {
   stateStack.push_back(boost::make_shared<TStateStart>());
@@ -151,7 +152,9 @@ std::vector<boost::shared_ptr<ICIMInstance>> TCIMXMLParser::GetInstancesCollecte
   return instancesCollected;
 }
 
-void TCIMXMLParser::SetQN402Mode() { qn402Mode = true; }
+void TCIMXMLParser::SetQN402Mode() {
+  qn402Mode = true;
+}
 
 boost::shared_ptr<ICIMNamespace> TCIMXMLParser::LockNamespace() const {
   boost::shared_ptr<ICIMNamespace> ns = cimNamespace.lock();
@@ -186,8 +189,7 @@ bool TCIMXMLParser::HandleClassName(TAttributes::iterator &attribute, std::strin
   return true;
 }
 
-bool TCIMXMLParser::HandleClassOrigin(TAttributes::iterator &attribute,
-                                      std::string *classOrigin) {
+bool TCIMXMLParser::HandleClassOrigin(TAttributes::iterator &attribute, std::string *classOrigin) {
   if (!NameIs(attribute, "classorigin"))
     return false;
   StoreText(attribute, classOrigin);
@@ -305,8 +307,8 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
 
 TCIMXMLParser::TParseState::~TParseState() = default;
 
-void TCIMXMLParser::TParseState::ChildElement(TCIMXMLParser &, const std::string &,
-                                              TAttributes &) {}
+void TCIMXMLParser::TParseState::ChildElement(TCIMXMLParser &, const std::string &, TAttributes &) {
+}
 
 void TCIMXMLParser::TParseState::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   Pop(parser);

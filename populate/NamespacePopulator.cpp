@@ -30,7 +30,9 @@ const std::uint32_t kCutDocumentSize = 104857600;
 
 using TBuffer = boost::shared_ptr<char>;
 
-[[noreturn]] void Fail(EORVStatusCode code) { throw TORVException(TORVStatusCode(code)); }
+[[noreturn]] void Fail(EORVStatusCode code) {
+  throw TORVException(TORVStatusCode(code));
+}
 
 std::uint32_t CapSize(std::uint64_t size) {
   if (size > TCIMXMLParser::kMaxSpecificationDocumentSize)
@@ -159,20 +161,23 @@ TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
     parser.Parse(buffer.get());
     return (parser.*collected)();
   } catch (TORVException &ex) {
-    TRootObject::GetCoreLogger()->Log(0, "Previous error was while parsing file '" + fileName +
-                                             "'");
+    TRootObject::GetCoreLogger()->Log(0,
+                                      "Previous error was while parsing file '" + fileName + "'");
     throw TORVException(ex);
   } catch (std::bad_alloc &) {
     // The library fails with TORVException only: memory running out inside
     // the parse is reported like a buffer that could not be had.
-    TRootObject::GetCoreLogger()->Log(0, "Previous error was while parsing file '" + fileName +
-                                             "'");
+    TRootObject::GetCoreLogger()->Log(0,
+                                      "Previous error was while parsing file '" + fileName + "'");
     Fail(kORVStatusOutOfMemory);
   }
 }
 
 } // namespace
 
+// Both arguments are taken by value as the exported interface always had
+// them.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 std::vector<boost::shared_ptr<ICIMClass>>
 TNamespacePopulator::PopulateFromXMLFile(boost::shared_ptr<ICIMNamespace> ns,
                                          std::string fileName) {
@@ -184,5 +189,6 @@ TNamespacePopulator::PopulateFromRegXMLFile(boost::shared_ptr<ICIMNamespace> ns,
                                             std::string fileName) {
   return Populate(ns, fileName, false, &TCIMXMLParser::GetInstancesCollected);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 } // namespace NVRNORV20

@@ -25,35 +25,34 @@ const int kExitOK = 0;
 const int kExitFailed = 1;
 const int kExitUsage = 2;
 
-const char kUsage[] =
-    "Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"
-    "\n"
-    "Loads each CIM-XML FILE, plain or gzip-compressed (a name containing\n"
-    "\".gz\"), in order into one namespace, and prints for each on standard\n"
-    "output:\n"
-    "  FILE: N classes, M instances\n"
-    "A file that fails prints instead, on standard error:\n"
-    "  FILE: failed: status S (TEXT)\n"
-    "and the next file is loaded.\n"
-    "\n"
-    "Options:\n"
-    "  --instances  read the files as instance documents (by default they are\n"
-    "               read as class documents)\n"
-    "  --mof        after loading, print the namespace as MOF on standard\n"
-    "               output: qualifier declarations, classes (superclasses\n"
-    "               first), instances\n"
-    "  --quiet      do not show the loader's messages, which otherwise go to\n"
-    "               standard error as \"[LEVEL] TEXT\" lines\n"
-    "  --stats      per file, print on standard error\n"
-    "                 FILE: B bytes, T ms, R MB/s\n"
-    "               (B the file's size as stored, T the time the load took,\n"
-    "               R = B / T in millions of bytes per second)\n"
-    "  --help       print this text\n"
-    "\n"
-    "Without FILE the bundled example schema is loaded.\n"
-    "\n"
-    "Exit status: 0 when every file loaded, 1 when any failed, 2 for a usage\n"
-    "error.\n";
+const char kUsage[] = "Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"
+                      "\n"
+                      "Loads each CIM-XML FILE, plain or gzip-compressed (a name containing\n"
+                      "\".gz\"), in order into one namespace, and prints for each on standard\n"
+                      "output:\n"
+                      "  FILE: N classes, M instances\n"
+                      "A file that fails prints instead, on standard error:\n"
+                      "  FILE: failed: status S (TEXT)\n"
+                      "and the next file is loaded.\n"
+                      "\n"
+                      "Options:\n"
+                      "  --instances  read the files as instance documents (by default they are\n"
+                      "               read as class documents)\n"
+                      "  --mof        after loading, print the namespace as MOF on standard\n"
+                      "               output: qualifier declarations, classes (superclasses\n"
+                      "               first), instances\n"
+                      "  --quiet      do not show the loader's messages, which otherwise go to\n"
+                      "               standard error as \"[LEVEL] TEXT\" lines\n"
+                      "  --stats      per file, print on standard error\n"
+                      "                 FILE: B bytes, T ms, R MB/s\n"
+                      "               (B the file's size as stored, T the time the load took,\n"
+                      "               R = B / T in millions of bytes per second)\n"
+                      "  --help       print this text\n"
+                      "\n"
+                      "Without FILE the bundled example schema is loaded.\n"
+                      "\n"
+                      "Exit status: 0 when every file loaded, 1 when any failed, 2 for a usage\n"
+                      "error.\n";
 
 /// Every message of the loader and the object model as one "[LEVEL] TEXT"
 /// line on standard error, or nothing at all.
@@ -201,8 +200,9 @@ int main(int argc, char **argv) {
   if (options.files.empty()) {
     const std::string example = FindBundledExample();
     if (example.empty()) {
-      std::fprintf(stderr, "cimxml: no FILE given and the bundled example was not found in %s "
-                           "or %s\n",
+      std::fprintf(stderr,
+                   "cimxml: no FILE given and the bundled example was not found in %s "
+                   "or %s\n",
                    ORV_SOURCE_EXAMPLES_DIR, ORV_INSTALLED_EXAMPLES_DIR);
       return kExitFailed;
     }

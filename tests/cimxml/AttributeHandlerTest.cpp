@@ -49,8 +49,8 @@ TEST_F(TAttributeHandlerTest, StringHandlersTakeOnlyTheirName) {
       {"referenceclass", &TCIMXMLParser::HandleReferenceClass},
       {"superclass", &TCIMXMLParser::HandleSuperClass},
   };
-  const std::vector<std::string> others = {"names", "nam", "NAME", "type", "class",
-                                           "classnam", "superclasses", ""};
+  const std::vector<std::string> others = {"names", "nam",      "NAME",         "type",
+                                           "class", "classnam", "superclasses", ""};
   for (const THandler &h : handlers) {
     SCOPED_TRACE(h.name);
     TAttributes attributes = {{h.name, " Value &amp; more "}};
@@ -163,12 +163,14 @@ TEST_F(TAttributeHandlerTest, ArraySizeReadsLeadingDigits) {
 
 // The converters promise what a string stream in the classic locale reads;
 // the stream itself is the reference here.
+// clang-format off
 const char *const kConverterTexts[] = {
     "", " ", "true", "false", "  true", "\t\n\v\f\rtrue", "truex", "true false", "tru",
     "t", "TRUE", "True", "yes", "1", "0", "12", "12abc", "abc12", "+7", "-5", "-0",
     "+", "-", "- 5", "+-5", "007", "0x10", "12.5", "1,234", "4294967295", "4294967296",
     "99999999999999999999", "-4294967295", "-4294967296", " \t 42 ", "\xa0" "5",
 };
+// clang-format on
 
 TEST(TConverterTest, ConvertBoolReadsLikeAStream) {
   for (const char *text : kConverterTexts) {
@@ -203,8 +205,10 @@ TEST_F(TAttributeHandlerTest, ParseValueReadsThroughTheObjectModel) {
     ECIMType type;
     const char *text;
   };
-  const TCase rejected[] = {{kCIMTypeUint8, "300"}, {kCIMTypeUint8, "abc"},
-                            {kCIMTypeBoolean, "maybe"}, {kCIMTypeNone, "x"}};
+  const TCase rejected[] = {{kCIMTypeUint8, "300"},
+                            {kCIMTypeUint8, "abc"},
+                            {kCIMTypeBoolean, "maybe"},
+                            {kCIMTypeNone, "x"}};
   for (const TCase &c : rejected) {
     SCOPED_TRACE(c.text);
     std::string input = c.text;
@@ -221,8 +225,8 @@ TEST_F(TAttributeHandlerTest, InvalidDatetimeBecomesTheEpoch) {
   EXPECT_EQ(epoch, value.GetDateTime());
   ASSERT_EQ(1U, logger.entries.size());
   EXPECT_EQ(3, logger.entries[0].first);
-  EXPECT_EQ("Invalid datetime found on line 1.  Defaulting the datetime to " +
-                epoch.ToUIString() + ".",
+  EXPECT_EQ("Invalid datetime found on line 1.  Defaulting the datetime to " + epoch.ToUIString() +
+                ".",
             logger.entries[0].second);
 }
 

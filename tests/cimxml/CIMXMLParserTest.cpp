@@ -4,6 +4,7 @@
 // that the frame is tested by itself.
 #include "cimxml/CIMXMLParser.h"
 
+#include "cimxml/INamespaceConsumer.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 #include "support/CapturingLogger.h"
@@ -12,8 +13,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using namespace NVRNORV20;
@@ -45,11 +48,14 @@ public:
     if (name == "runtime")
       throw std::runtime_error("not a parser error");
     static constexpr TChildRow kRows[] = {
-        {"seq", 0, 0, 1, &Make},          {"qual", 0, 1, 1, &Make},
-        {"obj", 0, 2, 2, &Make},          {"root", 0, 2, kKeepPhase, &Make},
+        {"seq", 0, 0, 1, &Make},
+        {"qual", 0, 1, 1, &Make},
+        {"obj", 0, 2, 2, &Make},
+        {"root", 0, 2, kKeepPhase, &Make},
         {"none", 0, 2, kKeepPhase, &MakeNothing},
         {"text", 0, 2, kKeepPhase, &MakeText},
-        {"failstart", 0, 2, 1, &Make},    {"format", 0, 2, kKeepPhase, &Make},
+        {"failstart", 0, 2, 1, &Make},
+        {"format", 0, 2, kKeepPhase, &Make},
         {"badvalue", 0, 2, kKeepPhase, &Make},
         {"failend", 0, 2, kKeepPhase, &Make},
         {"fatalend", 0, 2, kKeepPhase, &Make},
@@ -170,9 +176,11 @@ TEST_F(TCIMXMLParserTest, RootElementsAndEmptiedStack) {
       {"<CIM><a/><b/><c/></CIM>",
        {Error(1, "Unexpected element a"), Error(1, "Unexpected element b")},
        kORVStatusParserStateMissing},
-      {"<CIM>", {Error(1, "Unexpected character where element expected")},
+      {"<CIM>",
+       {Error(1, "Unexpected character where element expected")},
        kORVStatusInvalidDocument},
-      {"<CIM>\n\n<1/></CIM>", {Error(3, "Invalid element/attribute name")},
+      {"<CIM>\n\n<1/></CIM>",
+       {Error(3, "Invalid element/attribute name")},
        kORVStatusInvalidDocument},
   };
   for (const TCase &c : cases) {
@@ -214,7 +222,9 @@ TEST_F(TCIMXMLParserTest, AcceptChildFollowsThePhases) {
       {EMiss::kFallThrough, {"zzz"}, 2, {Error(1, "Unexpected element zzz")}},
       {EMiss::kKeepPhase, {"zzz"}, 0, {Error(1, "Unexpected element zzz")}},
       // Names match whole: no prefix, no extension.
-      {EMiss::kKeepPhase, {"se", "seqs", "obj.x"}, 0,
+      {EMiss::kKeepPhase,
+       {"se", "seqs", "obj.x"},
+       0,
        {Error(1, "Unexpected element se"), Error(1, "Unexpected element seqs"),
         Error(1, "Unexpected element obj.x")}},
       // Rows that keep the phase leave it where it was.
@@ -280,7 +290,8 @@ TEST_F(TCIMXMLParserTest, StartFailuresBecomeMarkers) {
     TXmlParser::TAttributes after;
   };
   const TCase cases[] = {
-      {"format", {{"name", "x"}},
+      {"format",
+       {{"name", "x"}},
        {{"name", "x"}, {"throwExInvalidFormat", "kORVStatusInvalidFormat"}}},
       {"badvalue", {}, {{"throwExInvalidValue", "kORVStatusInvalidProperty"}}},
       // Other statuses leave no trace for the tokenizer.
@@ -367,6 +378,21 @@ TEST_F(TCIMXMLParserTest, QN402ModeIsOffUntilSet) {
   EXPECT_FALSE(TProbe::InQN402Mode(parser));
   parser.SetQN402Mode();
   EXPECT_TRUE(TProbe::InQN402Mode(parser));
+}
+
+// The consumer role has no operations: it exists only as a base.
+static_assert(std::is_abstract<INamespaceConsumer>::value, "only subclasses exist");
+
+TEST(TNamespaceConsumerTest, SubclassesDestroyThroughTheBase) {
+  struct TConsumer : INamespaceConsumer {
+    explicit TConsumer(bool &flag) : destroyed(flag) {}
+    ~TConsumer() override { destroyed = true; }
+    bool &destroyed;
+  };
+  bool destroyed = false;
+  std::unique_ptr<INamespaceConsumer> consumer(new TConsumer(destroyed));
+  consumer.reset();
+  EXPECT_TRUE(destroyed);
 }
 
 } // namespace

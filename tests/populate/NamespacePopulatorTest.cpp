@@ -49,7 +49,8 @@ protected:
 
   std::string WritePlain(const std::string &name, const std::string &bytes) const {
     const std::string path = PathOf(name);
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    std::ofstream(path, std::ios::binary)
+        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return path;
   }
 
@@ -139,7 +140,8 @@ TEST_F(TNamespacePopulatorTest, GzipIsChosenByName) {
   };
   for (const TCase &c : cases) {
     SCOPED_TRACE(std::string(c.name) + (c.entry == EEntry::kClasses ? " classes" : " instances"));
-    const std::string path = c.gzipped ? WriteGzip(c.name, kDocument) : WritePlain(c.name, kDocument);
+    const std::string path =
+        c.gzipped ? WriteGzip(c.name, kDocument) : WritePlain(c.name, kDocument);
     EXPECT_EQ(c.status, Load(c.entry, path));
     std::vector<std::string> expected;
     if (c.firstLine != nullptr)
@@ -173,7 +175,8 @@ TEST_F(TNamespacePopulatorTest, DamagedGzipFiles) {
       {"nodeflate.gz", std::string("\x1f\x8b") + std::string(40, 'x'), kORVStatusGzipRead, {}},
       // Two members: the trailer is the second's, which is shorter, so only
       // the first bytes of the document are read.
-      {"claimsless.gz", Gzipped(cut + "<foo/></CIM>") + Gzipped(std::string(cut.size(), 'x')),
+      {"claimsless.gz",
+       Gzipped(cut + "<foo/></CIM>") + Gzipped(std::string(cut.size(), 'x')),
        kORVStatusInvalidDocument,
        {"CIM-XML Parser line 2:Unexpected character where element expected"}},
       {"claimsmore.gz", Truncated(kDocument, "\xe8\x03\x00\x00"), 0, {kFooLine}},

@@ -129,7 +129,8 @@ TEST_F(TCimxmlToolTest, ReportsEachFileAndGoesOn) {
   const std::string missing = folder + "/missing.xml";
   const std::string broken = Write("broken.xml", "<CIM>");
   const std::string gzip = WriteGzip("good.xml.GZ", kDocument);
-  const std::string brokenLine = "[3] CIM-XML Parser line 1:Unexpected character where element expected\n";
+  const std::string brokenLine =
+      "[3] CIM-XML Parser line 1:Unexpected character where element expected\n";
   struct TCase {
     std::vector<std::string> arguments;
     int status;
@@ -144,7 +145,10 @@ TEST_F(TCimxmlToolTest, ReportsEachFileAndGoesOn) {
        1,
        Loaded(good, 0, 0),
        Note(missing) + Failed(missing, 11, "File access failed") + kFooLine},
-      {{good, "--quiet", missing}, 1, Loaded(good, 0, 0), Failed(missing, 11, "File access failed")},
+      {{good, "--quiet", missing},
+       1,
+       Loaded(good, 0, 0),
+       Failed(missing, 11, "File access failed")},
       {{broken},
        1,
        "",
@@ -178,7 +182,8 @@ TEST_F(TCimxmlToolTest, UsageErrorsAndHelp) {
   }
   const TRun help = Run({"--help"});
   EXPECT_EQ(0, help.status);
-  EXPECT_EQ(0U, help.out.find("Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"));
+  EXPECT_EQ(0U,
+            help.out.find("Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"));
   EXPECT_EQ("", help.err);
 }
 
@@ -223,8 +228,8 @@ TEST_F(TCimxmlToolTest, StatsGiveSizeTimeAndRate) {
   double milliseconds = -1;
   double rate = -1;
   char rest[16] = "";
-  EXPECT_EQ(3, std::sscanf(first.c_str() + head.size(), "%lf ms, %lf MB/%15s", &milliseconds,
-                           &rate, rest))
+  EXPECT_EQ(3, std::sscanf(first.c_str() + head.size(), "%lf ms, %lf MB/%15s", &milliseconds, &rate,
+                           rest))
       << first;
   EXPECT_GE(milliseconds, 0.0);
   EXPECT_GE(rate, 0.0);
