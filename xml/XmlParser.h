@@ -50,9 +50,15 @@ public:
   /// A "<%" block: the default reports "Invalid XML '<%' characters
   /// encountered" and returns false.
   virtual bool ParseJSSP();
-  /// Character data at the cursor; true if anything was reported.
+  /// Character data at the cursor, up to markup or the end of the buffer;
+  /// true if anything was reported. Each run and each reference goes to
+  /// `characters` on its own; a numeric reference gives one byte (its number
+  /// modulo 256). A bad reference is reported and reading goes on after it.
   virtual bool ParseCharData();
-  /// The attribute list after an element name.
+  /// The attribute list after an element name: names folded to lower case
+  /// in the buffer, values as written (references checked, not decoded). An
+  /// error, also a value still open at the end of the buffer, is reported
+  /// and ends the list; the attributes read before it are returned.
   virtual TAttributes GetAttributeNValue();
 
   /// Tokenizes the buffer, which must stay alive and writable during the
@@ -69,7 +75,8 @@ protected:
   char GetChar();
   char PeekChar();
   /// Moves back one byte unconditionally, also after a GetChar that
-  /// returned the terminator without moving.
+  /// returned the terminator without moving. A position before the first
+  /// byte reads as NUL.
   void UngetChar();
   bool SkipWhitespace();
   /// Consumes a name; "Invalid element/attribute name" if it does not start
@@ -97,6 +104,8 @@ private:
     bool valueRejected; // the handler rejected its value
   };
   class TOpenElementsGuard;
+  /// Lets the tests read the cursor, to check line numbers against a count
+  /// of their own.
   friend class TXmlParserTestPeer;
 
   enum class EStartTag { kFailed, kEmpty, kOpened };
