@@ -46,8 +46,7 @@ bool ReadFile(const std::string &path, std::string &text) {
   std::ifstream stream(path, std::ios::binary);
   if (!stream)
     return false;
-  text.assign(std::istreambuf_iterator<char>(stream),
-              std::istreambuf_iterator<char>());
+  text.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
   return !text.empty();
 }
 
@@ -71,8 +70,7 @@ bool ReadGzipFile(const std::string &path, std::string &text) {
 std::vector<TDocument> LoadDocuments() {
   std::vector<TDocument> documents;
   const std::size_t classCount = orvbench::ClassCountForSize(30u << 20);
-  documents.push_back(
-      {"generated", Terminated(orvbench::GenerateClassDocument(classCount))});
+  documents.push_back({"generated", Terminated(orvbench::GenerateClassDocument(classCount))});
 
   const std::string corpus = ORV_CORPUS_DIR;
   std::string text;
@@ -80,13 +78,10 @@ std::vector<TDocument> LoadDocuments() {
     documents.push_back({"cim_schema_2.49.0", Terminated(text)});
   else
     std::fprintf(stderr, "corpus missing: cim_schema_2.49.0.xml skipped\n");
-  if (ReadGzipFile(corpus +
-                       "/dmtf-cim-2.42.0-xml/cim_schema_2.42.0_all_classes.xml.gz",
-                   text))
+  if (ReadGzipFile(corpus + "/dmtf-cim-2.42.0-xml/cim_schema_2.42.0_all_classes.xml.gz", text))
     documents.push_back({"cim_schema_2.42.0_all", Terminated(text)});
   else
-    std::fprintf(stderr,
-                 "corpus missing: cim_schema_2.42.0_all_classes.xml.gz skipped\n");
+    std::fprintf(stderr, "corpus missing: cim_schema_2.42.0_all_classes.xml.gz skipped\n");
   return documents;
 }
 
@@ -148,8 +143,8 @@ void BM_Expat(benchmark::State &state, TDocument *document) {
     XML_Parser parser = XML_ParserCreate(nullptr);
     XML_SetElementHandler(parser, ExpatStart, ExpatEnd);
     XML_SetCharacterDataHandler(parser, ExpatText);
-    const auto status = XML_Parse(parser, document->bytes.data(),
-                                  static_cast<int>(document->Size()), 1);
+    const auto status =
+        XML_Parse(parser, document->bytes.data(), static_cast<int>(document->Size()), 1);
     XML_ParserFree(parser);
     if (status != XML_STATUS_OK) {
       state.SkipWithError("expat failed");
@@ -161,8 +156,8 @@ void BM_Expat(benchmark::State &state, TDocument *document) {
 #endif
 
 #ifdef ORV_HAVE_LIBXML2
-void LibXml2Start(void *, const xmlChar *, const xmlChar *, const xmlChar *,
-                  int, const xmlChar **, int, int, const xmlChar **) {}
+void LibXml2Start(void *, const xmlChar *, const xmlChar *, const xmlChar *, int, const xmlChar **,
+                  int, int, const xmlChar **) {}
 void LibXml2End(void *, const xmlChar *, const xmlChar *, const xmlChar *) {}
 void LibXml2Text(void *, const xmlChar *, int) {}
 
@@ -174,9 +169,8 @@ void BM_LibXml2Sax(benchmark::State &state, TDocument *document) {
   handler.endElementNs = LibXml2End;
   handler.characters = LibXml2Text;
   for (auto _ : state) {
-    const int status = xmlSAXUserParseMemory(
-        &handler, nullptr, document->bytes.data(),
-        static_cast<int>(document->Size()));
+    const int status = xmlSAXUserParseMemory(&handler, nullptr, document->bytes.data(),
+                                             static_cast<int>(document->Size()));
     if (status != 0) {
       state.SkipWithError("libxml2 failed");
       break;
@@ -196,8 +190,7 @@ void BM_PugixmlInPlace(benchmark::State &state, TDocument *document) {
     std::memcpy(copy.data(), document->bytes.data(), copy.size());
     pugi::xml_document dom;
     state.ResumeTiming();
-    const auto result = dom.load_buffer_inplace(copy.data(), document->Size(),
-                                                pugi::parse_minimal);
+    const auto result = dom.load_buffer_inplace(copy.data(), document->Size(), pugi::parse_minimal);
     if (!result) {
       state.SkipWithError(result.description());
       break;
@@ -217,25 +210,21 @@ int main(int argc, char **argv) {
   static std::vector<TDocument> documents = LoadDocuments();
   for (TDocument &document : documents) {
     const std::string suffix = "/" + document.name;
-    benchmark::RegisterBenchmark(("Tokenizer" + suffix).c_str(), BM_Tokenizer,
-                                 &document)
+    benchmark::RegisterBenchmark(("Tokenizer" + suffix).c_str(), BM_Tokenizer, &document)
         ->Unit(benchmark::kMillisecond);
 #ifdef ORV_HAVE_EXPAT
     benchmark::RegisterBenchmark(("Expat" + suffix).c_str(), BM_Expat, &document)
         ->Unit(benchmark::kMillisecond);
 #endif
 #ifdef ORV_HAVE_LIBXML2
-    benchmark::RegisterBenchmark(("LibXml2Sax" + suffix).c_str(), BM_LibXml2Sax,
-                                 &document)
+    benchmark::RegisterBenchmark(("LibXml2Sax" + suffix).c_str(), BM_LibXml2Sax, &document)
         ->Unit(benchmark::kMillisecond);
 #endif
 #ifdef ORV_HAVE_PUGIXML
-    benchmark::RegisterBenchmark(("PugixmlInPlace" + suffix).c_str(),
-                                 BM_PugixmlInPlace, &document)
+    benchmark::RegisterBenchmark(("PugixmlInPlace" + suffix).c_str(), BM_PugixmlInPlace, &document)
         ->Unit(benchmark::kMillisecond);
 #endif
-    benchmark::RegisterBenchmark(("Memchr" + suffix).c_str(), BM_Memchr,
-                                 &document)
+    benchmark::RegisterBenchmark(("Memchr" + suffix).c_str(), BM_Memchr, &document)
         ->Unit(benchmark::kMillisecond);
   }
   benchmark::Initialize(&argc, argv);

@@ -18,8 +18,7 @@ void Replay(const std::filesystem::path &file) {
   std::ifstream stream(file, std::ios::binary);
   const std::vector<char> bytes((std::istreambuf_iterator<char>(stream)),
                                 std::istreambuf_iterator<char>());
-  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()),
-                         bytes.size());
+  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
 }
 
 } // namespace

@@ -75,8 +75,7 @@ void ParseOnce(const std::uint8_t *data, std::size_t size, bool throwOnError) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data,
-                                      std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   ParseOnce(data, size, true);
   ParseOnce(data, size, false);
   return 0;

@@ -12,12 +12,12 @@ namespace {
 
 // Byte classes, one table lookup per byte in the scanning loops.
 enum : unsigned char {
-  kBlank = 1,           // space, tab, CR, LF: the only whitespace we know
-  kNameStart = 2,       // ASCII letter, "_", ":"
-  kNameChar = 4,        // name start, digit, "-", "."
-  kTextStop = 8,        // ends a run of character data: "<", "&", NUL
-  kStopInDoubleQ = 16,  // ends a scan inside "...": quote, "<", "&", NUL
-  kStopInSingleQ = 32,  // ends a scan inside '...': quote, "<", "&", NUL
+  kBlank = 1,          // space, tab, CR, LF: the only whitespace we know
+  kNameStart = 2,      // ASCII letter, "_", ":"
+  kNameChar = 4,       // name start, digit, "-", "."
+  kTextStop = 8,       // ends a run of character data: "<", "&", NUL
+  kStopInDoubleQ = 16, // ends a scan inside "...": quote, "<", "&", NUL
+  kStopInSingleQ = 32, // ends a scan inside '...': quote, "<", "&", NUL
 };
 
 constexpr std::array<unsigned char, 256> MakeByteClasses() {
@@ -31,8 +31,7 @@ constexpr std::array<unsigned char, 256> MakeByteClasses() {
   classes['_'] = classes[':'] = kNameStart | kNameChar;
   classes['-'] = classes['.'] = kNameChar;
   classes[' '] = classes['\t'] = classes['\r'] = classes['\n'] = kBlank;
-  classes['<'] = classes['&'] = classes[0] =
-      kTextStop | kStopInDoubleQ | kStopInSingleQ;
+  classes['<'] = classes['&'] = classes[0] = kTextStop | kStopInDoubleQ | kStopInSingleQ;
   classes['"'] = kStopInDoubleQ;
   classes['\''] = kStopInSingleQ;
   return classes;
@@ -131,8 +130,7 @@ private:
 // descent would have put it back.
 class TXmlParser::TOpenElementsGuard {
 public:
-  explicit TOpenElementsGuard(TXmlParser &owner)
-      : parser(owner), base(owner.openElements.size()) {}
+  explicit TOpenElementsGuard(TXmlParser &owner) : parser(owner), base(owner.openElements.size()) {}
   ~TOpenElementsGuard() {
     while (parser.openElements.size() > base)
       parser.CloseInnermostElement();
@@ -147,8 +145,7 @@ private:
   std::size_t base;
 };
 
-TXmlParser::TXmlParser()
-    : documentStart(nullptr), cursor(nullptr), cursorUnderrun(1) {}
+TXmlParser::TXmlParser() : documentStart(nullptr), cursor(nullptr), cursorUnderrun(1) {}
 
 TXmlParser::TXmlParser(const TXmlParser &other)
     : documentStart(other.documentStart), cursor(other.cursor),
@@ -220,11 +217,21 @@ inline bool TXmlParser::ConsumeName() {
   return true;
 }
 
-char TXmlParser::GetChar() { return NextByte(); }
-char TXmlParser::PeekChar() { return ByteAtCursor(); }
-void TXmlParser::UngetChar() { StepBack(); }
-bool TXmlParser::SkipWhitespace() { return SkipBlanks(); }
-bool TXmlParser::ValidateName() { return ConsumeName(); }
+char TXmlParser::GetChar() {
+  return NextByte();
+}
+char TXmlParser::PeekChar() {
+  return ByteAtCursor();
+}
+void TXmlParser::UngetChar() {
+  StepBack();
+}
+bool TXmlParser::SkipWhitespace() {
+  return SkipBlanks();
+}
+bool TXmlParser::ValidateName() {
+  return ConsumeName();
+}
 
 // Every byte we hide or put back goes through here, so that the line count
 // before the mark and the failed searches stay true to the buffer as it
@@ -232,8 +239,7 @@ bool TXmlParser::ValidateName() { return ConsumeName(); }
 inline void TXmlParser::WriteByte(char *position, char value) {
   const char old = *position;
   if (position < lineMark)
-    lineFeedsBeforeMark = lineFeedsBeforeMark + (value == '\n' ? 1u : 0u) -
-                          (old == '\n' ? 1u : 0u);
+    lineFeedsBeforeMark = lineFeedsBeforeMark + (value == '\n' ? 1u : 0u) - (old == '\n' ? 1u : 0u);
   if (value == '\0')
     for (auto &search : failedSearches)
       if (search.from <= position && position < search.stop)
@@ -276,8 +282,8 @@ bool TXmlParser::SkipPast(ETerminator terminator) {
   const char *start = cursor;
   if (failed.from <= start && start < failed.stop)
     start = std::max(start, failed.stop - (text.size() - 1));
-  const char *hit = text.size() == 1 ? std::strchr(start, text[0])
-                                     : std::strstr(start, text.data());
+  const char *hit =
+      text.size() == 1 ? std::strchr(start, text[0]) : std::strstr(start, text.data());
   if (hit == nullptr) {
     failed.from = cursor;
     failed.stop = start + std::strlen(start);
@@ -366,7 +372,9 @@ bool TXmlParser::ParseProlog() {
   return true;
 }
 
-bool TXmlParser::ParseXMLDecl() { return SkipPast(kPIEnd); }
+bool TXmlParser::ParseXMLDecl() {
+  return SkipPast(kPIEnd);
+}
 
 // The first ">" ends the declaration, also inside an internal subset.
 bool TXmlParser::ParseDocTypeDecl() {
@@ -704,11 +712,10 @@ bool TXmlParser::CheckAttributeReference() {
   std::size_t count = 0;
   do
     taken[count++] = static_cast<char>(Lower(NextByte()));
-  while (count < sizeof taken && taken[count - 1] != ';' &&
-         taken[count - 1] != '\0');
+  while (count < sizeof taken && taken[count - 1] != ';' && taken[count - 1] != '\0');
   const std::string_view reference(taken, count);
-  if (reference == "lt;" || reference == "gt;" || reference == "amp;" ||
-      reference == "apos;" || reference == "quot;")
+  if (reference == "lt;" || reference == "gt;" || reference == "amp;" || reference == "apos;" ||
+      reference == "quot;")
     return true;
   for (std::size_t i = 0; i < count; ++i)
     StepBack();

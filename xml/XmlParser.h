@@ -42,8 +42,7 @@ public:
   /// A piece of character data; valid only during the call. Text arrives in
   /// pieces: each run between markup and references, and each reference.
   virtual void characters(const char *text, unsigned length) = 0;
-  virtual void notationDecl(const char *name, const char *publicId,
-                            const char *systemId) = 0;
+  virtual void notationDecl(const char *name, const char *publicId, const char *systemId) = 0;
   /// A syntax error. The tokenizer carries on along its return paths when
   /// this returns; handlers are expected to throw.
   virtual void FatalError(const char *message) = 0;

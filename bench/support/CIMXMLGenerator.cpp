@@ -17,13 +17,11 @@ public:
 
   std::string Sentence(std::size_t words) {
     static const std::string_view kWords[] = {
-        "the",       "managed",   "element",  "instance", "property",
-        "describes", "value",     "of",       "a",        "system",
-        "device",    "when",      "is",       "set",      "to",
-        "state",     "enabled",   "reported", "by",       "provider",
-        "and",       "which",     "may",      "be",       "null",
-        "if",        "unknown",   "&lt;",     "&gt;",     "&amp;",
-        "&quot;",    "interface", "network",  "storage",  "capacity"};
+        "the",   "managed", "element", "instance",  "property", "describes", "value",
+        "of",    "a",       "system",  "device",    "when",     "is",        "set",
+        "to",    "state",   "enabled", "reported",  "by",       "provider",  "and",
+        "which", "may",     "be",      "null",      "if",       "unknown",   "&lt;",
+        "&gt;",  "&amp;",   "&quot;",  "interface", "network",  "storage",   "capacity"};
     std::string text;
     for (std::size_t i = 0; i < words; ++i) {
       if (i != 0)
@@ -67,18 +65,16 @@ void ArrayQualifier(std::string &out, std::string_view name,
   out += "</VALUE.ARRAY></QUALIFIER>\n";
 }
 
-void QualifierDeclaration(std::string &out, std::string_view name,
-                          std::string_view type, bool isArray,
-                          std::string_view scope, std::string_view value) {
+void QualifierDeclaration(std::string &out, std::string_view name, std::string_view type,
+                          bool isArray, std::string_view scope, std::string_view value) {
   out += "<QUALIFIER.DECLARATION NAME=\"";
   out += name;
   out += "\" TYPE=\"";
   out += type;
   out += isArray ? "\" ISARRAY=\"true\"" : "\" ISARRAY=\"false\"";
   out += " OVERRIDABLE=\"true\" TOSUBCLASS=\"true\">";
-  static const std::string_view kScopes[] = {
-      "CLASS", "ASSOCIATION", "REFERENCE", "PROPERTY",
-      "METHOD", "PARAMETER", "INDICATION"};
+  static const std::string_view kScopes[] = {"CLASS",  "ASSOCIATION", "REFERENCE", "PROPERTY",
+                                             "METHOD", "PARAMETER",   "INDICATION"};
   out += "<SCOPE";
   for (std::string_view each : kScopes) {
     out += ' ';
@@ -145,8 +141,8 @@ void OrdinaryClassBody(std::string &out, std::size_t index, TWords &words) {
   out += "</PROPERTY>\n<PROPERTY.ARRAY NAME=\"OperationalStatus\" TYPE=\"uint16\">\n";
   Qualifier(out, "Description", "string", words.Sentence(30), true);
   ArrayQualifier(out, "ValueMap", {"0", "1", "2", "3", "4", "5", ".."});
-  ArrayQualifier(out, "Values", {"Unknown", "Other", "OK", "Degraded",
-                                 "Stressed", "Error", "Vendor Reserved"});
+  ArrayQualifier(out, "Values",
+                 {"Unknown", "Other", "OK", "Degraded", "Stressed", "Error", "Vendor Reserved"});
   out += "<VALUE.ARRAY><VALUE>2</VALUE></VALUE.ARRAY>\n</PROPERTY.ARRAY>\n";
   out += "<PROPERTY.ARRAY NAME=\"Labels\" TYPE=\"string\">\n";
   Qualifier(out, "Description", "string", words.Sentence(10), true);
@@ -155,8 +151,8 @@ void OrdinaryClassBody(std::string &out, std::size_t index, TWords &words) {
   out += "<METHOD NAME=\"RequestStateChange\" TYPE=\"uint32\">\n";
   Qualifier(out, "Description", "string", words.Sentence(35), true);
   ArrayQualifier(out, "ValueMap", {"0", "1", "2", "4096", "4097"});
-  ArrayQualifier(out, "Values", {"Completed", "Not Supported", "Failed",
-                                 "Job Started", "Invalid State"});
+  ArrayQualifier(out, "Values",
+                 {"Completed", "Not Supported", "Failed", "Job Started", "Invalid State"});
   out += "<PARAMETER NAME=\"RequestedState\" TYPE=\"uint16\">\n";
   Qualifier(out, "In", "boolean", "true");
   Qualifier(out, "Description", "string", words.Sentence(20), true);
@@ -175,8 +171,8 @@ void OrdinaryClassBody(std::string &out, std::size_t index, TWords &words) {
 
 void GeneratedClass(std::string &out, std::size_t index) {
   TWords words(index + 1);
-  out += "<VALUE.OBJECT>\n<CLASS NAME=\"" + GeneratedClassName(index) +
-         "\" SUPERCLASS=\"" + kGeneratedBaseClass + "\">\n";
+  out += "<VALUE.OBJECT>\n<CLASS NAME=\"" + GeneratedClassName(index) + "\" SUPERCLASS=\"" +
+         kGeneratedBaseClass + "\">\n";
   if (IsGeneratedAssociation(index))
     Qualifier(out, "Association", "boolean", "true");
   Qualifier(out, "Description", "string", words.Sentence(60), true);
@@ -190,8 +186,8 @@ void GeneratedClass(std::string &out, std::size_t index) {
   out += "</CLASS>\n</VALUE.OBJECT>\n";
 }
 
-void KeyBindingReference(std::string &out, std::string_view name,
-                         std::size_t target, std::size_t classCount) {
+void KeyBindingReference(std::string &out, std::string_view name, std::size_t target,
+                         std::size_t classCount) {
   out += "<PROPERTY.REFERENCE NAME=\"";
   out += name;
   out += "\" REFERENCECLASS=\"";
@@ -211,7 +207,9 @@ std::string GeneratedClassName(std::size_t index) {
   return "ORV_Bench" + std::to_string(index);
 }
 
-bool IsGeneratedAssociation(std::size_t index) { return index % 4 == 3; }
+bool IsGeneratedAssociation(std::size_t index) {
+  return index % 4 == 3;
+}
 
 std::string GenerateClassDocument(std::size_t classCount) {
   std::string out;
@@ -235,15 +233,13 @@ std::string GenerateClassDocument(std::size_t classCount) {
   return out;
 }
 
-std::string GenerateInstanceDocument(std::size_t instanceCount,
-                                     std::size_t classCount) {
+std::string GenerateInstanceDocument(std::size_t instanceCount, std::size_t classCount) {
   std::string out;
   out.reserve(1024 + instanceCount * 900);
   Head(out);
   for (std::size_t j = 0; j < instanceCount; ++j) {
     const std::size_t index = j % classCount;
-    out += "<VALUE.OBJECT>\n<INSTANCE CLASSNAME=\"" + GeneratedClassName(index) +
-           "\">\n";
+    out += "<VALUE.OBJECT>\n<INSTANCE CLASSNAME=\"" + GeneratedClassName(index) + "\">\n";
     if (IsGeneratedAssociation(index)) {
       // index >= 3, so j-1 and j-2 are instances of the two ordinary
       // classes just before this one.
@@ -252,14 +248,14 @@ std::string GenerateInstanceDocument(std::size_t instanceCount,
     } else {
       TWords words(j + 7);
       const std::string id = std::to_string(j);
-      out += "<PROPERTY NAME=\"InstanceID\" TYPE=\"string\"><VALUE>orv:bench:" +
-             id + "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>" +
-             words.Sentence(6) + "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"ElementName\" TYPE=\"string\"><VALUE>element " +
-             id + "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"ElementCount\" TYPE=\"uint32\"><VALUE>" +
-             std::to_string(j % 65536) + "</VALUE></PROPERTY>\n";
+      out += "<PROPERTY NAME=\"InstanceID\" TYPE=\"string\"><VALUE>orv:bench:" + id +
+             "</VALUE></PROPERTY>\n";
+      out += "<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>" + words.Sentence(6) +
+             "</VALUE></PROPERTY>\n";
+      out += "<PROPERTY NAME=\"ElementName\" TYPE=\"string\"><VALUE>element " + id +
+             "</VALUE></PROPERTY>\n";
+      out += "<PROPERTY NAME=\"ElementCount\" TYPE=\"uint32\"><VALUE>" + std::to_string(j % 65536) +
+             "</VALUE></PROPERTY>\n";
       out += "<PROPERTY NAME=\"Enabled\" TYPE=\"boolean\"><VALUE>" +
              std::string(j % 2 == 0 ? "true" : "false") + "</VALUE></PROPERTY>\n";
       out += "<PROPERTY NAME=\"InstallDate\" TYPE=\"datetime\"><VALUE>"
@@ -277,8 +273,7 @@ std::string GenerateInstanceDocument(std::size_t instanceCount,
 std::size_t ClassCountForSize(std::size_t bytes) {
   const std::size_t sample = 64;
   const std::size_t perClass =
-      (GenerateClassDocument(2 * sample).size() - GenerateClassDocument(sample).size()) /
-      sample;
+      (GenerateClassDocument(2 * sample).size() - GenerateClassDocument(sample).size()) / sample;
   return bytes / perClass + 1;
 }
 

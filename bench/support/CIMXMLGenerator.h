@@ -29,8 +29,7 @@ std::string GenerateClassDocument(std::size_t classCount);
 /// InstanceID "orv:bench:j"; an instance of an association refers, by
 /// INSTANCENAME and KEYBINDING, to instances j-1 and j-2 (instances of
 /// ordinary classes). Needs classCount >= 1.
-std::string GenerateInstanceDocument(std::size_t instanceCount,
-                                     std::size_t classCount);
+std::string GenerateInstanceDocument(std::size_t instanceCount, std::size_t classCount);
 
 /// Picks `classCount` so that the class document is about `bytes` long.
 std::size_t ClassCountForSize(std::size_t bytes);

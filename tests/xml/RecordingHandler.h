@@ -38,8 +38,7 @@ inline std::string ShowBytes(const char *text, std::size_t length) {
 class TRecordingHandler : public NVRNORV20::TXmlParser {
 public:
   enum class EOnError { kThrow, kReturn };
-  explicit TRecordingHandler(EOnError onErrorIn = EOnError::kThrow)
-      : onError(onErrorIn) {}
+  explicit TRecordingHandler(EOnError onErrorIn = EOnError::kThrow) : onError(onErrorIn) {}
 
   /// Entries the handler adds to the attribute map of every start tag of
   /// that name (how the CIM-XML parser marks a rejected element).
@@ -73,17 +72,14 @@ public:
   }
 
   /// The document as the parse left it (without the final NUL).
-  std::string Buffer() const {
-    return std::string(buffer.data(), buffer.size() - 1);
-  }
+  std::string Buffer() const { return std::string(buffer.data(), buffer.size() - 1); }
 
   void StartElement(const char *name, TAttributes &attributes) override {
     std::string event = "S:" + std::string(name);
     if (!attributes.empty()) {
       event += "{";
       for (const auto &attribute : attributes)
-        event += (event.back() == '{' ? "" : ",") + attribute.first + "=" +
-                 attribute.second;
+        event += (event.back() == '{' ? "" : ",") + attribute.first + "=" + attribute.second;
       event += "}";
     }
     for (const auto &addition : additions[name])
@@ -102,8 +98,7 @@ public:
       Record("T:unterminated");
     Record("T:" + ShowBytes(text, length));
   }
-  void notationDecl(const char *name, const char *publicId,
-                    const char *systemId) override {
+  void notationDecl(const char *name, const char *publicId, const char *systemId) override {
     Record("N:" + std::string(name) + "/" + publicId + "/" + systemId);
   }
   void FatalError(const char *message) override {

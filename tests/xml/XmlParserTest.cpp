@@ -22,9 +22,7 @@ public:
     return (parser.cursor - parser.documentStart) -
            static_cast<std::ptrdiff_t>(parser.cursorUnderrun);
   }
-  static const char *DocumentStart(const TXmlParser &parser) {
-    return parser.documentStart;
-  }
+  static const char *DocumentStart(const TXmlParser &parser) { return parser.documentStart; }
 };
 } // namespace NVRNORV20
 
@@ -41,8 +39,7 @@ struct TCase {
 
 // Runs each row with a handler that throws from FatalError, as the CIM-XML
 // parser does, unless told otherwise.
-void ExpectEvents(const std::vector<TCase> &cases,
-                  EOnError onError = EOnError::kThrow) {
+void ExpectEvents(const std::vector<TCase> &cases, EOnError onError = EOnError::kThrow) {
   for (const TCase &row : cases) {
     SCOPED_TRACE(orvtest::ShowBytes(row.document, std::strlen(row.document)));
     TRecordingHandler handler(onError);
@@ -70,8 +67,7 @@ TEST(XmlParserProlog, Forms) {
       {"", "F:Unexpected character before prolog@1"},
       {"<?xml?><!doctype a><a/>", "F:Unexpected character in doctypedecl@1"},
       // The first ">" ends a DOCTYPE, also inside its internal subset.
-      {"<?xml?><!DOCTYPE a [<!ELEMENT a ANY>]><a/>",
-       "F:Unexpected character before element@1"},
+      {"<?xml?><!DOCTYPE a [<!ELEMENT a ANY>]><a/>", "F:Unexpected character before element@1"},
       // An unterminated declaration leaves the cursor on its "<".
       {"<?xml", "F:Invalid element/attribute name@1"},
       {"<?xml?><%x%><a/>", "F:Invalid XML '<%' characters encountered@1"},
@@ -149,11 +145,9 @@ TEST(XmlParserAttributes, FailuresKeepWhatWasRead) {
   ExpectEvents(
       {
           // The first value stays.
-          {"<a NAME='1' Name='2'/>",
-           "F:Attribute appears twice@1 S:a{name=1} E:a"},
-          {"<a b='1' c='<' d='2'/>",
-           "F:Unexpected character(<) in attribute value@1 "
-           "F:Unexpected character before end of element@1"},
+          {"<a NAME='1' Name='2'/>", "F:Attribute appears twice@1 S:a{name=1} E:a"},
+          {"<a b='1' c='<' d='2'/>", "F:Unexpected character(<) in attribute value@1 "
+                                     "F:Unexpected character before end of element@1"},
           {"<a b='1' c='x", "F:Unexpected end of document in attribute value@1 "
                             "F:Unexpected character before end of element@1"},
           // A reference cut off by the end of the buffer steps back onto the
@@ -300,23 +294,23 @@ TEST(XmlParserMarkers, Effects) {
       {"throwExInvalidValue", "kORVStatusInvalidProperty"}};
   const std::vector<TMarkerCase> cases = {
       // A format rejection ends the element's parent after the element.
-      {"<R><RP><C/><Q/></RP><S/></R>", "C", format,
-       "S:R S:RP S:C E:C S:Q E:Q E:R"},
+      {"<R><RP><C/><Q/></RP><S/></R>", "C", format, "S:R S:RP S:C E:C S:Q E:Q E:R"},
       {"<R><C>x</C><Q/></R>", "C", format, "S:R S:C T:x E:C"},
       {"<C/>", "C", format, "S:C E:C"},
       // A value rejection hides only the end of VALUE (or a start of it).
       {"<VALUE>x</VALUE>", "VALUE", value, "S:VALUE T:x"},
-      {"<R><VALUE>x</VALUE><Q/></R>", "VALUE", value,
-       "S:R S:VALUE T:x S:Q E:Q E:R"},
+      {"<R><VALUE>x</VALUE><Q/></R>", "VALUE", value, "S:R S:VALUE T:x S:Q E:Q E:R"},
       {"<VAL>x</VAL>", "VAL", value, "S:VAL T:x"},
       {"<VALUES>x</VALUES>", "VALUES", value, "S:VALUES T:x E:VALUES"},
       {"<value>x</value>", "value", value, "S:value T:x E:value"},
       {"<VALUE/>", "VALUE", value, "S:VALUE E:VALUE"},
       // A marker counts only as the one entry the handler added.
-      {"<R><C/><Q/></R>", "C",
+      {"<R><C/><Q/></R>",
+       "C",
        {{"throwExInvalidFormat", "kORVStatusInvalidFormat"}, {"extra", "1"}},
        "S:R S:C E:C S:Q E:Q E:R"},
-      {"<VALUE>x</VALUE>", "VALUE",
+      {"<VALUE>x</VALUE>",
+       "VALUE",
        {{"throwExInvalidValue", "kORVStatusInvalidProperty"},
         {"throwExInvalidFormat", "kORVStatusInvalidFormat"}},
        "S:VALUE T:x E:VALUE"},
@@ -332,8 +326,7 @@ TEST(XmlParserMarkers, Effects) {
   TRecordingHandler handler;
   handler.additions["C"] = format;
   handler.removals["C"] = {"b"};
-  EXPECT_EQ("S:R S:C{b=1} E:C S:Q E:Q E:R",
-            handler.Run("<R><C b='1'/><Q/></R>"));
+  EXPECT_EQ("S:R S:C{b=1} E:C S:Q E:Q E:R", handler.Run("<R><C b='1'/><Q/></R>"));
 }
 
 // --- Line numbers --------------------------------------------------------
@@ -351,8 +344,7 @@ TEST(XmlParserLines, AtErrors) {
       {"<a\nb='<'/>", "F:Unexpected character(<) in attribute value@2"},
       // Nor the one after a repeated attribute's name while it is reported.
       {"<a b='1'\nb\n='2'/>", "F:Attribute appears twice@2"},
-      {"<?xml?>\n<!-- \n -->\n<a>\n&bad;</a>",
-       "S:a T:\\n F:Unknown entity reference@5"},
+      {"<?xml?>\n<!-- \n -->\n<a>\n&bad;</a>", "S:a T:\\n F:Unknown entity reference@5"},
   });
 }
 
@@ -369,10 +361,9 @@ unsigned BruteForceLine(const NVRNORV20::TXmlParser &parser) {
 
 std::string RandomDocument(std::mt19937 &random) {
   static const char *const kPieces[] = {
-      "<a",  "<b",  ">",     "</a>", "</b>",  "/>",   "\n", "\n", " ",
-      "x",   "=",   "'",     "\"",   "&lt;",  "&#",   ";",  "<!--",
-      "-->", "<?",  "?>",    " c='1'", "\r\n", "&",  "<a>", "<b\n>",
-      "</a\n>", "<%", "<!x", "\xEF", "<?xml?>"};
+      "<a",     "<b",   ">",  "</a>", "</b>",  "/>",     "\n",   "\n",  " ",    "x",
+      "=",      "'",    "\"", "&lt;", "&#",    ";",      "<!--", "-->", "<?",   "?>",
+      " c='1'", "\r\n", "&",  "<a>",  "<b\n>", "</a\n>", "<%",   "<!x", "\xEF", "<?xml?>"};
   std::uniform_int_distribution<std::size_t> piece(0, std::size(kPieces) - 1);
   std::uniform_int_distribution<int> length(0, 24);
   std::string document;
@@ -407,8 +398,7 @@ TEST(XmlParserLines, ManyErrorsAreCountedIncrementally) {
   TRecordingHandler handler(EOnError::kReturn);
   handler.Run(document);
   std::vector<std::string> errors;
-  std::copy_if(handler.events.begin(), handler.events.end(),
-               std::back_inserter(errors),
+  std::copy_if(handler.events.begin(), handler.events.end(), std::back_inserter(errors),
                [](const std::string &e) { return e[0] == 'F'; });
   ASSERT_EQ(kErrors, errors.size());
   for (unsigned i = 0; i < kErrors; i += 9999)
@@ -419,8 +409,7 @@ TEST(XmlParserLines, ManyErrorsAreCountedIncrementally) {
 
 // Only folded attribute names may differ from the document afterwards, in
 // whatever way the parse ended.
-void ExpectBufferRestored(const std::string &document,
-                          const std::string &after) {
+void ExpectBufferRestored(const std::string &document, const std::string &after) {
   ASSERT_EQ(document.size(), after.size());
   for (std::size_t i = 0; i < document.size(); ++i) {
     if (document[i] != after[i]) {
@@ -431,20 +420,19 @@ void ExpectBufferRestored(const std::string &document,
   }
 }
 
-const char kSample[] =
-    "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-    "<!-- generated -->\n"
-    "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
-    "<DECLARATION><DECLGROUP>\n"
-    "<VALUE.OBJECT><CLASS NAME=\"CIM_A\" SUPERCLASS='CIM_B'>\n"
-    "<QUALIFIER NAME=\"Description\" TYPE=\"string\" TOSUBCLASS=\"false\">"
-    "<VALUE>a &amp; b &lt;&#x41;&#66;&gt;</VALUE></QUALIFIER>\n"
-    "<PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\"><VALUE.ARRAY>"
-    "<VALUE>1</VALUE><VALUE>2</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>\n"
-    "<?pi x?><PROPERTY.REFERENCE NAME=\"R\" REFERENCECLASS=\"CIM_C\"/>\n"
-    "</CLASS></VALUE.OBJECT>\n"
-    "</DECLGROUP></DECLARATION>\n"
-    "</CIM>\n";
+const char kSample[] = "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+                       "<!-- generated -->\n"
+                       "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">\n"
+                       "<DECLARATION><DECLGROUP>\n"
+                       "<VALUE.OBJECT><CLASS NAME=\"CIM_A\" SUPERCLASS='CIM_B'>\n"
+                       "<QUALIFIER NAME=\"Description\" TYPE=\"string\" TOSUBCLASS=\"false\">"
+                       "<VALUE>a &amp; b &lt;&#x41;&#66;&gt;</VALUE></QUALIFIER>\n"
+                       "<PROPERTY.ARRAY NAME=\"P\" TYPE=\"uint8\"><VALUE.ARRAY>"
+                       "<VALUE>1</VALUE><VALUE>2</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>\n"
+                       "<?pi x?><PROPERTY.REFERENCE NAME=\"R\" REFERENCECLASS=\"CIM_C\"/>\n"
+                       "</CLASS></VALUE.OBJECT>\n"
+                       "</DECLGROUP></DECLARATION>\n"
+                       "</CIM>\n";
 
 TEST(XmlParserRobustness, SampleDocument) {
   TRecordingHandler handler;
@@ -455,8 +443,7 @@ TEST(XmlParserRobustness, SampleDocument) {
   EXPECT_EQ(0, std::count_if(handler.events.begin(), handler.events.end(),
                              [](const std::string &e) { return e[0] == 'F'; }));
   const std::string joined = handler.Joined();
-  EXPECT_NE(std::string::npos,
-            joined.find("S:VALUE T:a  T:& T: b  T:< T:A T:B T:> E:VALUE"));
+  EXPECT_NE(std::string::npos, joined.find("S:VALUE T:a  T:& T: b  T:< T:A T:B T:> E:VALUE"));
   EXPECT_NE(std::string::npos, joined.find("P:TBD/TBD S:PROPERTY.REFERENCE"));
 }
 
@@ -469,11 +456,9 @@ TEST(XmlParserRobustness, EveryPrefixEndsAndRestoresTheBuffer) {
       TRecordingHandler handler(onError);
       handler.Run(prefix);
       ExpectBufferRestored(prefix, handler.Buffer());
-      const bool complete =
-          !handler.events.empty() && handler.events.back() == "E:CIM";
-      const bool failed = std::any_of(
-          handler.events.begin(), handler.events.end(),
-          [](const std::string &e) { return e[0] == 'F'; });
+      const bool complete = !handler.events.empty() && handler.events.back() == "E:CIM";
+      const bool failed = std::any_of(handler.events.begin(), handler.events.end(),
+                                      [](const std::string &e) { return e[0] == 'F'; });
       // Only the trailing newline may be missing for a clean parse.
       EXPECT_EQ(length + 1 >= sample.size(), complete && !failed);
     }
