@@ -3,6 +3,7 @@
 // the parse goes on after it.
 #include "cimxml/ParserFixture.h"
 #include "cimxml/ProbeState.h"
+#include "populate/NamespacePopulator.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -303,6 +304,31 @@ TEST_F(MessageStatesTest, MessagesUnderTheRoot) {
   EXPECT_THAT(Log(), IsEmpty());
   EXPECT_EQ(result.instances.size(), 1u);
   EXPECT_EQ(InstanceCount(), 3u);
+}
+
+TEST(MessageExampleTest, LoadsAfterTheExampleSchema) {
+  TCapturingLogger logger;
+  auto ns = NVRNORV20::CreateCIMNamespace("root/example");
+  const std::string directory = ORV_EXAMPLES_DIR;
+  NVRNORV20::TNamespacePopulator::PopulateFromXMLFile(ns, directory + "/schema.xml");
+  NVRNORV20::TNamespacePopulator::PopulateFromRegXMLFile(ns, directory + "/instances.xml");
+  auto collected =
+      NVRNORV20::TNamespacePopulator::PopulateFromRegXMLFile(ns, directory + "/message.xml");
+  EXPECT_THAT(logger.Texts(), IsEmpty());
+  EXPECT_THAT(collected, IsEmpty());
+
+  auto partition = ns->GetClass("ORV_Partition");
+  ASSERT_TRUE(partition->IsCommitted());
+  EXPECT_EQ(partition->GetKeyProperties().size(), 2u);
+  auto partitions = ns->GetInstances("ORV_Partition", false);
+  ASSERT_EQ(partitions.size(), 1u);
+  EXPECT_EQ(partitions[0]->GetPropertyValue("Disk").GetReference().ToString(),
+            "root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"disk0\"");
+  auto links = ns->GetInstances("ORV_SystemDevice", false);
+  ASSERT_EQ(links.size(), 2u);
+  // The system's single key was given bare and typed from the class.
+  EXPECT_EQ(links[1]->GetPropertyValue("GroupComponent").GetReference().ToString(),
+            "root/example:ORV_System.Name=\"alpha\"");
 }
 
 } // namespace
