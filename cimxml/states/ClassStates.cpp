@@ -8,8 +8,7 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser,
-                                              TAttributes &attributes) {
+void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &className) ||
         parser.HandleSuperClass(attribute, &superClassName);
@@ -21,8 +20,7 @@ void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser,
 }
 
 // Phases: 0 qualifiers, 1 properties, 2 methods.
-void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser,
-                                              const std::string &name,
+void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                               TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 0, kKeepPhase, &MakeQualifier},
@@ -34,29 +32,28 @@ void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 2, EMiss::kFallThrough);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClass::MakeQualifier(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeQualifier(TCIMXMLParser &,
+                                                                        TParseState &parent) {
   return boost::make_shared<TStateQualifier>(static_cast<TStateClass &>(parent).cls);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClass::MakeProperty(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeProperty(TCIMXMLParser &,
+                                                                       TParseState &parent) {
   return boost::make_shared<TStatePropertyDecl>(static_cast<TStateClass &>(parent).cls);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClass::MakePropertyArray(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakePropertyArray(TCIMXMLParser &,
+                                                                            TParseState &parent) {
   return boost::make_shared<TStatePropertyArrayDecl>(static_cast<TStateClass &>(parent).cls);
 }
 
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStateClass::MakePropertyReference(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStatePropertyReferenceDecl>(
-      static_cast<TStateClass &>(parent).cls);
+  return boost::make_shared<TStatePropertyReferenceDecl>(static_cast<TStateClass &>(parent).cls);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClass::MakeMethod(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeMethod(TCIMXMLParser &,
+                                                                     TParseState &parent) {
   return boost::make_shared<TStateMethod>(static_cast<TStateClass &>(parent).cls);
 }
 

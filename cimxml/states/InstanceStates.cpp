@@ -10,8 +10,7 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser,
-                                                 TAttributes &attributes) {
+void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleClassName(attribute, &className);
   // Instances of our own computer-system class need the object model's
@@ -22,8 +21,7 @@ void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser,
 }
 
 // Phases: 0 before the first property, 1 after it.
-void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser,
-                                                 const std::string &name,
+void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 0, kKeepPhase, &TStateProperty::MakeNoState},
@@ -34,8 +32,8 @@ void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 1, EMiss::kFallThrough);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstance::MakeProperty(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateInstance::MakeProperty(TCIMXMLParser &,
+                                                                          TParseState &parent) {
   return boost::make_shared<TStateProperty>(static_cast<TStateInstance &>(parent).target);
 }
 
@@ -46,13 +44,11 @@ TCIMXMLParser::TStateInstance::MakePropertyArray(TCIMXMLParser &, TParseState &p
 
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStateInstance::MakePropertyReference(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStatePropertyReference>(
-      static_cast<TStateInstance &>(parent).target);
+  return boost::make_shared<TStatePropertyReference>(static_cast<TStateInstance &>(parent).target);
 }
 
 // Phases: 0 before the child, 1 after it.
-void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser,
-                                                    const std::string &name,
+void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"class", 0, 0, 1, &MakeClass},
@@ -75,15 +71,15 @@ void TCIMXMLParser::TStateValueObject::ElementEnd(TCIMXMLParser &parser, const s
   Pop(parser);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObject::MakeClass(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateValueObject::MakeClass(TCIMXMLParser &,
+                                                                          TParseState &parent) {
   auto &self = static_cast<TStateValueObject &>(parent);
   self.isClass = true;
   return boost::make_shared<TStateClass>(self.cls);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObject::MakeInstance(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateValueObject::MakeInstance(TCIMXMLParser &,
+                                                                             TParseState &parent) {
   return boost::make_shared<TStateInstance>(static_cast<TStateValueObject &>(parent).instance);
 }
 

@@ -6,8 +6,7 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser,
-                                               TAttributes &attributes) {
+void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &methodName) || parser.HandleCIMType(attribute, &returnType);
   method = Require(cls).AddMethod(methodName, returnType);
@@ -30,35 +29,32 @@ void TCIMXMLParser::TStateMethod::ElementEnd(TCIMXMLParser &parser, const std::s
   Pop(parser);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateMethod::MakeParameter(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethod::MakeParameter(TCIMXMLParser &,
+                                                                         TParseState &parent) {
   return boost::make_shared<TStateParameter>(static_cast<TStateMethod &>(parent).method);
 }
 
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStateMethod::MakeParameterReference(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateParameterReference>(
-      static_cast<TStateMethod &>(parent).method);
+  return boost::make_shared<TStateParameterReference>(static_cast<TStateMethod &>(parent).method);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateMethod::MakeParameterArray(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethod::MakeParameterArray(TCIMXMLParser &,
+                                                                              TParseState &parent) {
   return boost::make_shared<TStateParameterArray>(static_cast<TStateMethod &>(parent).method);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateMethod::MakeQualifier(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethod::MakeQualifier(TCIMXMLParser &,
+                                                                         TParseState &parent) {
   return boost::make_shared<TStateQualifier>(static_cast<TStateMethod &>(parent).method);
 }
 
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStateMethod::MakeParameterRefArray(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateParameterRefArray>(
-      static_cast<TStateMethod &>(parent).method);
+  return boost::make_shared<TStateParameterRefArray>(static_cast<TStateMethod &>(parent).method);
 }
 
-void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser,
-                                                  TAttributes &attributes) {
+void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     property.Read(parser, attribute);
   parameter = Require(method).AddParameter(property.name, ParameterType());
@@ -70,8 +66,7 @@ TCIMType TCIMXMLParser::TStateParameter::ParameterType() const {
   return property.type;
 }
 
-void TCIMXMLParser::TStateParameter::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateParameter::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 0, kKeepPhase, &MakeQualifier},
@@ -100,28 +95,27 @@ void TCIMXMLParser::TStateParameter::Finish(TCIMXMLParser &parser) {
   Pop(parser);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateParameter::MakeQualifier(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateParameter::MakeQualifier(TCIMXMLParser &,
+                                                                            TParseState &parent) {
   return boost::make_shared<TStateQualifier>(static_cast<TStateParameter &>(parent).parameter);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateParameter::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateParameter::MakeValue(TCIMXMLParser &parser,
+                                                                        TParseState &parent) {
   auto &self = static_cast<TStateParameter &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValue>(parser, self.defaultValue, self.property.type);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateParameter::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateParameter::MakeValueArray(TCIMXMLParser &,
+                                                                             TParseState &parent) {
   auto &self = static_cast<TStateParameter &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValueArray>(self.defaultValue, self.ParameterType(),
                                               self.property.arraySize);
 }
 
-void TCIMXMLParser::TStateParameterArray::ElementEnd(TCIMXMLParser &parser,
-                                                     const std::string &) {
+void TCIMXMLParser::TStateParameterArray::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   EndAsReference(parser);
 }
 

@@ -10,8 +10,7 @@ namespace NVRNORV20 {
 
 bool TPropertyAttributes::Read(TCIMXMLParser &parser,
                                TXmlParser::TAttributes::iterator &attribute) {
-  if (parser.HandleCIMName(attribute, &name) ||
-      parser.HandleClassOrigin(attribute, &classOrigin) ||
+  if (parser.HandleCIMName(attribute, &name) || parser.HandleClassOrigin(attribute, &classOrigin) ||
       parser.HandlePropagated(attribute, propagated))
     return true;
   switch (kind) {
@@ -64,8 +63,7 @@ void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
   declaration = Require(cls).AddProperty(property.name, TCIMValue());
 }
 
-void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser,
-                                                     const std::string &name,
+void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 1, kKeepPhase, &MakeQualifier},
@@ -84,12 +82,11 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
 
 TCIMXMLParser::TParseStatePtr
 TCIMXMLParser::TStatePropertyDecl::MakeQualifier(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateQualifier>(
-      static_cast<TStatePropertyDecl &>(parent).declaration);
+  return boost::make_shared<TStateQualifier>(static_cast<TStatePropertyDecl &>(parent).declaration);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyDecl::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStatePropertyDecl::MakeValue(TCIMXMLParser &parser,
+                                                                           TParseState &parent) {
   auto &self = static_cast<TStatePropertyDecl &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValue>(parser, self.defaultValue, self.property.type);
@@ -134,16 +131,14 @@ TCIMXMLParser::TStatePropertyReferenceDecl::MakeValueReference(TCIMXMLParser &,
 
 // Value variants.
 
-void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser,
-                                                 TAttributes &attributes) {
+void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     property.Read(parser, attribute);
   if (!QN402Mode(parser) && DeclaredType() != property.ElementType())
     parser.FatalError("Property type != property declaration type");
 }
 
-void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser,
-                                                 const std::string &name,
+void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"qualifier", 0, 0, kKeepPhase, &MakeNoState},
@@ -171,8 +166,8 @@ TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateProperty::MakeNoState(TCIMXML
   return TParseStatePtr();
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateProperty::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateProperty::MakeValue(TCIMXMLParser &parser,
+                                                                       TParseState &parent) {
   auto &self = static_cast<TStateProperty &>(parent);
   auto state = boost::make_shared<TStateValue>(parser, self.value, self.DeclaredType());
   self.valueSeen = true;
@@ -227,8 +222,7 @@ void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyReference::MakeValueReference(TCIMXMLParser &,
-                                                           TParseState &parent) {
+TCIMXMLParser::TStatePropertyReference::MakeValueReference(TCIMXMLParser &, TParseState &parent) {
   auto &self = static_cast<TStatePropertyReference &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValueReference>(self.value);

@@ -140,8 +140,8 @@ protected:
   /// Accepts the children of the table; hands any other over to the
   /// instance (see the class comment).
   template <std::size_t N>
-  void AcceptOrHandOver(TCIMXMLParser &parser, const std::string &name,
-                        TAttributes &attributes, const TChildRow (&rows)[N]) {
+  void AcceptOrHandOver(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
+                        const TChildRow (&rows)[N]) {
     if (phase >= 0 && phase <= kLastPhase && !Accepts(rows, N, name))
       HandOver(parser, name, attributes);
     AcceptChild(parser, name, attributes, rows, kLastPhase);

@@ -29,8 +29,8 @@ constexpr TScopeBit kScopeBits[] = {
 void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &parser,
                                                              TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
-    if (parser.HandleCIMName(attribute, &qualifierName) ||
-        parser.HandleCIMType(attribute, &type) || parser.HandleArraySize(attribute, arraySize))
+    if (parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
+        parser.HandleArraySize(attribute, arraySize))
       continue;
     if (attribute->first == "isarray") {
       isArray = ConvertBool(attribute->second);
@@ -62,16 +62,14 @@ TCIMXMLParser::TStateQualifierDeclaration::MakeScope(TCIMXMLParser &, TParseStat
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifierDeclaration::MakeValue(TCIMXMLParser &parser,
-                                                     TParseState &parent) {
+TCIMXMLParser::TStateQualifierDeclaration::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
   auto &self = static_cast<TStateQualifierDeclaration &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValue>(parser, self.defaultValue, self.type);
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifierDeclaration::MakeValueArray(TCIMXMLParser &,
-                                                          TParseState &parent) {
+TCIMXMLParser::TStateQualifierDeclaration::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
   auto &self = static_cast<TStateQualifierDeclaration &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValueArray>(self.defaultValue, self.type, self.arraySize);

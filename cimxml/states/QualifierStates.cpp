@@ -7,17 +7,14 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser,
-                                                  TAttributes &attributes) {
+void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-    parser.HandleCIMName(attribute, &qualifierName) ||
-        parser.HandleCIMType(attribute, &type) ||
+    parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
         parser.HandlePropagated(attribute, propagated) ||
         parser.HandleQualifierFlavor(attribute, &flavor);
 }
 
-void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"value", 0, 0, kKeepPhase, &MakeValue},
@@ -26,16 +23,16 @@ void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifier::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateQualifier::MakeValue(TCIMXMLParser &parser,
+                                                                        TParseState &parent) {
   auto &self = static_cast<TStateQualifier &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValue>(parser, self.value, self.type);
 }
 
 // A qualifier's array has no declared size.
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifier::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateQualifier::MakeValueArray(TCIMXMLParser &,
+                                                                             TParseState &parent) {
   auto &self = static_cast<TStateQualifier &>(parent);
   self.valueSeen = true;
   return boost::make_shared<TStateValueArray>(self.value, self.type, 0);
@@ -49,8 +46,8 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
     // The exception itself carries no name; the line says which qualifier
     // was dropped.
     if (error.GetStatusCode() == kORVStatusQualifierNotDeclared)
-      TRootObject::GetCoreLogger()->Log(
-          3, "TCIMXMLParser: Couldn't find qualifier " + qualifierName);
+      TRootObject::GetCoreLogger()->Log(3,
+                                        "TCIMXMLParser: Couldn't find qualifier " + qualifierName);
     throw;
   }
   if (!propagated && declaration) {
@@ -62,8 +59,7 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
   Pop(parser);
 }
 
-TCIMXMLParser::TStateValue::TStateValue(TCIMXMLParser &parser, TCIMValue &slot,
-                                        TCIMType valueType)
+TCIMXMLParser::TStateValue::TStateValue(TCIMXMLParser &parser, TCIMValue &slot, TCIMType valueType)
     : target(slot), type(valueType) {
   CharacterData(parser).clear();
 }
@@ -73,8 +69,7 @@ void TCIMXMLParser::TStateValue::ElementEnd(TCIMXMLParser &parser, const std::st
   Pop(parser);
 }
 
-void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser,
-                                                   const std::string &name,
+void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                    TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"value", 0, 0, kKeepPhase, &MakeElement},
@@ -82,8 +77,8 @@ void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueArray::MakeElement(TCIMXMLParser &parser, TParseState &parent) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateValueArray::MakeElement(TCIMXMLParser &parser,
+                                                                           TParseState &parent) {
   auto &self = static_cast<TStateValueArray &>(parent);
   self.elements.emplace_back();
   return boost::make_shared<TStateValue>(parser, self.elements.back(), self.elementType);

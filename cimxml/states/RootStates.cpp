@@ -9,8 +9,7 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateStart::ChildElement(TCIMXMLParser &parser,
-                                              const std::string &name,
+void TCIMXMLParser::TStateStart::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                               TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"cim", 0, 0, kKeepPhase, &MakeCIM},
@@ -18,13 +17,11 @@ void TCIMXMLParser::TStateStart::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateStart::MakeCIM(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateStart::MakeCIM(TCIMXMLParser &, TParseState &) {
   return boost::make_shared<TStateCIM>();
 }
 
-void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser,
-                                            const std::string &name,
+void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                             TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"declaration", 0, 0, kKeepPhase, &MakeDeclaration},
@@ -33,18 +30,17 @@ void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateCIM::MakeDeclaration(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateCIM::MakeDeclaration(TCIMXMLParser &,
+                                                                        TParseState &) {
   return boost::make_shared<TStateDeclaration>();
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateCIM::MakeMessage(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateCIM::MakeMessage(TCIMXMLParser &,
+                                                                    TParseState &) {
   return boost::make_shared<TStateMessage>();
 }
 
-void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser,
-                                                    const std::string &name,
+void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"declgroup", 0, 0, kKeepPhase, &MakeDeclGroup},
@@ -54,8 +50,8 @@ void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, 0);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateDeclaration::MakeDeclGroup(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateDeclaration::MakeDeclGroup(TCIMXMLParser &,
+                                                                              TParseState &) {
   return boost::make_shared<TStateDeclGroup>();
 }
 
@@ -71,8 +67,7 @@ TCIMXMLParser::TStateDeclaration::MakeDeclGroupWithPath(TCIMXMLParser &, TParseS
 
 // Phases of both named and unnamed groups: 0 namespace path, 1 qualifier
 // declarations, 2 value objects.
-void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser,
-                                                  const std::string &name,
+void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       {"namespacepath", 0, 0, 1, &MakeNamespacePath},
@@ -100,8 +95,8 @@ TCIMXMLParser::TStateDeclGroup::MakeQualifierDeclaration(TCIMXMLParser &, TParse
   return boost::make_shared<TStateQualifierDeclaration>();
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateDeclGroup::MakeValueObject(TCIMXMLParser &, TParseState &) {
+TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateDeclGroup::MakeValueObject(TCIMXMLParser &,
+                                                                              TParseState &) {
   return boost::make_shared<TStateValueObject>();
 }
 
@@ -133,8 +128,7 @@ void TCIMXMLParser::TStateDeclGroupWithPath::ChildElement(TCIMXMLParser &parser,
 }
 
 TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateDeclGroupWithPath::MakeValueObjectWithPath(TCIMXMLParser &,
-                                                                TParseState &) {
+TCIMXMLParser::TStateDeclGroupWithPath::MakeValueObjectWithPath(TCIMXMLParser &, TParseState &) {
   return boost::make_shared<TStateValueObjectWithPath>();
 }
 

@@ -87,8 +87,7 @@ public:
 
 private:
   static TParseStatePtr MakeValueObjectWithPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueObjectWithLocalPath(TCIMXMLParser &parser,
-                                                     TParseState &parent);
+  static TParseStatePtr MakeValueObjectWithLocalPath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

@@ -1,8 +1,8 @@
 // Classes: creation at the start tag with the superclass looked up, the
 // three-phase content model, and children of a class whose start failed.
+#include "cimxml/states/ClassStates.h"
 #include "cimxml/DeclarationFixture.h"
 #include "cimxml/MockNamespace.h"
-#include "cimxml/states/ClassStates.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
@@ -23,11 +23,11 @@ class ClassStatesTest : public TDeclarationFixture {};
 
 TEST_F(ClassStatesTest, ClassIsBuiltWithItsSuperclassQualifiersPropertiesAndMethods) {
   LoadClass("<CLASS NAME=\"Base\"><PROPERTY NAME=\"Id\" TYPE=\"string\"/></CLASS>");
-  auto cls = LoadClass(
-      "<CLASS NAME=\"Derived\" SUPERCLASS=\"Base\">"
-      "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>a class</VALUE></QUALIFIER>"
-      "<PROPERTY NAME=\"Size\" TYPE=\"uint64\"/>"
-      "<METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>");
+  auto cls =
+      LoadClass("<CLASS NAME=\"Derived\" SUPERCLASS=\"Base\">"
+                "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>a class</VALUE></QUALIFIER>"
+                "<PROPERTY NAME=\"Size\" TYPE=\"uint64\"/>"
+                "<METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>");
   ASSERT_TRUE(cls);
   EXPECT_EQ(cls->GetName(), "Derived");
   EXPECT_EQ(cls->GetSuperClassName(), "Base");
@@ -55,10 +55,11 @@ TEST_F(ClassStatesTest, EmptyClassIsCreatedAndCollected) {
 }
 
 TEST_F(ClassStatesTest, PropertyKindsAlternateFreelyBeforeTheFirstMethod) {
-  auto cls = LoadClass("<CLASS NAME=\"Mixed\"><PROPERTY NAME=\"a\" TYPE=\"uint8\"/>"
-                       "<PROPERTY.REFERENCE NAME=\"b\"/><PROPERTY.ARRAY NAME=\"c\" TYPE=\"string\"/>"
-                       "<PROPERTY NAME=\"d\" TYPE=\"boolean\"/><METHOD NAME=\"m\"/>"
-                       "<METHOD NAME=\"n\"/></CLASS>");
+  auto cls =
+      LoadClass("<CLASS NAME=\"Mixed\"><PROPERTY NAME=\"a\" TYPE=\"uint8\"/>"
+                "<PROPERTY.REFERENCE NAME=\"b\"/><PROPERTY.ARRAY NAME=\"c\" TYPE=\"string\"/>"
+                "<PROPERTY NAME=\"d\" TYPE=\"boolean\"/><METHOD NAME=\"m\"/>"
+                "<METHOD NAME=\"n\"/></CLASS>");
   ASSERT_TRUE(cls);
   std::vector<std::string> names;
   for (const auto &property : cls->GetLocalProperties())
@@ -126,14 +127,15 @@ TEST_F(ClassStatesTest, EveryClassLooksItsSuperclassUpEvenWithoutOne) {
     EXPECT_CALL(*mock, GetClass("Root", _));
     EXPECT_CALL(*mock, CreateClass("Leaf", ::testing::Ne(nullptr), _));
   }
-  TParseResult result = Parse(ObjectDocument(
-      {"<CLASS NAME=\"Root\"/>", "<CLASS NAME=\"Leaf\" SUPERCLASS=\"Root\"/>"}));
+  TParseResult result = Parse(
+      ObjectDocument({"<CLASS NAME=\"Root\"/>", "<CLASS NAME=\"Leaf\" SUPERCLASS=\"Root\"/>"}));
   EXPECT_EQ(result.classes.size(), 2u);
   EXPECT_TRUE(Log().empty());
 }
 
 TEST_F(ClassStatesTest, ClassWithoutNameIsPassedOnAndRefusedByTheNamespace) {
-  TParseResult result = Parse(ObjectDocument({"<CLASS><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}));
+  TParseResult result =
+      Parse(ObjectDocument({"<CLASS><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}));
   EXPECT_TRUE(result.classes.empty());
   EXPECT_FALSE(result.aborted);
   // The property and the value object find no class.
@@ -162,29 +164,37 @@ TEST_F(ClassStatesTest, ChildrenOfObjectsThatCouldNotBeMadeFailOneByOne) {
             "<METHOD NAME=\"m\" TYPE=\"uint32\"><PARAMETER NAME=\"x\" TYPE=\"string\"/>"
             "<PARAMETER.REFERENCE NAME=\"y\"/></METHOD></CLASS>",
             "<CLASS NAME=\"Good\"/>"}),
-       8, {"Good"}},
+       8,
+       {"Good"}},
       {"class defined twice",
        ObjectDocument({"<CLASS NAME=\"Twice\"/>",
                        "<CLASS NAME=\"Twice\"><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}),
-       2, {"Twice"}},
+       2,
+       {"Twice"}},
       {"property declared twice",
        ObjectDocument({"<CLASS NAME=\"Dup\"><PROPERTY NAME=\"p\" TYPE=\"uint8\"/>"
                        "<PROPERTY.ARRAY NAME=\"P\" TYPE=\"string\"><QUALIFIER NAME=\"Description\">"
                        "<VALUE>x</VALUE></QUALIFIER></PROPERTY.ARRAY></CLASS>"}),
-       2, {"Dup"}},
+       2,
+       {"Dup"}},
       {"property of an unknown type",
-       ObjectDocument({"<CLASS NAME=\"Typo\"><PROPERTY NAME=\"p\" TYPE=\"unit8\"/></CLASS>"}), 1,
+       ObjectDocument({"<CLASS NAME=\"Typo\"><PROPERTY NAME=\"p\" TYPE=\"unit8\"/></CLASS>"}),
+       1,
        {"Typo"}},
       {"method declared twice",
-       ObjectDocument({"<CLASS NAME=\"M\"><METHOD NAME=\"m\"/><METHOD NAME=\"m\">"
-                       "<QUALIFIER NAME=\"Description\"/><PARAMETER.ARRAY NAME=\"x\" TYPE=\"uint8\"/>"
-                       "</METHOD></CLASS>"}),
-       3, {"M"}},
+       ObjectDocument(
+           {"<CLASS NAME=\"M\"><METHOD NAME=\"m\"/><METHOD NAME=\"m\">"
+            "<QUALIFIER NAME=\"Description\"/><PARAMETER.ARRAY NAME=\"x\" TYPE=\"uint8\"/>"
+            "</METHOD></CLASS>"}),
+       3,
+       {"M"}},
       {"parameter declared twice",
-       ObjectDocument({"<CLASS NAME=\"P\"><METHOD NAME=\"m\"><PARAMETER NAME=\"x\" TYPE=\"uint8\"/>"
-                       "<PARAMETER.REFARRAY NAME=\"x\"><QUALIFIER NAME=\"In\"/></PARAMETER.REFARRAY>"
-                       "</METHOD></CLASS>"}),
-       2, {"P"}},
+       ObjectDocument(
+           {"<CLASS NAME=\"P\"><METHOD NAME=\"m\"><PARAMETER NAME=\"x\" TYPE=\"uint8\"/>"
+            "<PARAMETER.REFARRAY NAME=\"x\"><QUALIFIER NAME=\"In\"/></PARAMETER.REFARRAY>"
+            "</METHOD></CLASS>"}),
+       2,
+       {"P"}},
   };
   for (const TEmptyObjectCase &test : cases) {
     SCOPED_TRACE(test.why);
@@ -192,7 +202,8 @@ TEST_F(ClassStatesTest, ChildrenOfObjectsThatCouldNotBeMadeFailOneByOne) {
     Load(InDeclGroup(QualifierDeclarations()));
     TParseResult result = Parse(test.document);
     EXPECT_FALSE(result.aborted);
-    EXPECT_EQ(Log(), std::vector<std::string>(test.failedEnds, EndElementError(kORVStatusNullObject)));
+    EXPECT_EQ(Log(),
+              std::vector<std::string>(test.failedEnds, EndElementError(kORVStatusNullObject)));
     std::vector<std::string> loaded;
     for (const auto &cls : result.classes)
       loaded.push_back(cls->GetName());

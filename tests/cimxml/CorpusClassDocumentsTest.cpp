@@ -28,7 +28,9 @@ const char kAllClasses[] = "dmtf-cim-2.42.0-xml/cim_schema_2.42.0_all_classes.xm
 const char kPerClass[] = "dmtf-cim-2.42.0-xml/per-class-gz/";
 const char kRaw[] = "dmtf-cim-2.42.0-xml/raw/";
 
-bool Exists(const std::string &path) { return std::ifstream(path).good(); }
+bool Exists(const std::string &path) {
+  return std::ifstream(path).good();
+}
 
 /// The class-definition documents: a CIM root holding declarations (or a
 /// bare CIM root), with at least one CLASS. Path to CLASS count.

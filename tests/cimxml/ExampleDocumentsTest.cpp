@@ -25,8 +25,7 @@ TEST(ExampleDocumentsTest, SchemaThenInstancesLoadWithoutAMessage) {
   for (const auto &cls : classes)
     names.push_back(cls->GetName());
   EXPECT_EQ(names, (std::vector<std::string>{"ORV_ManagedElement", "ORV_System", "ORV_Job",
-                                             "ORV_LogicalDevice", "ORV_Disk",
-                                             "ORV_SystemDevice"}));
+                                             "ORV_LogicalDevice", "ORV_Disk", "ORV_SystemDevice"}));
   EXPECT_EQ(ns->GetQualifierDecls().size(), 10u);
   auto disk = ns->GetClass("ORV_Disk");
   EXPECT_EQ(disk->GetKeyProperties().size(), 2u);

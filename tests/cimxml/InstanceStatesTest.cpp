@@ -1,7 +1,7 @@
 // Instances and the value objects that commit and collect classes and
 // instances.
-#include "cimxml/DeclarationFixture.h"
 #include "cimxml/states/InstanceStates.h"
+#include "cimxml/DeclarationFixture.h"
 #include "core_api/OSSpecific.h"
 
 #include <gtest/gtest.h>
@@ -17,8 +17,9 @@ namespace {
 using NVRNORV20::kORVStatusNullObject;
 using NVRNORV20::TCIMXMLParser;
 
-const char kPlain[] = "<CLASS NAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"/>"
-                      "<PROPERTY NAME=\"s\" TYPE=\"string\"><VALUE>default</VALUE></PROPERTY></CLASS>";
+const char kPlain[] =
+    "<CLASS NAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"/>"
+    "<PROPERTY NAME=\"s\" TYPE=\"string\"><VALUE>default</VALUE></PROPERTY></CLASS>";
 
 class InstanceStatesTest : public TDeclarationFixture {
 protected:
@@ -56,8 +57,7 @@ TEST_F(InstanceStatesTest, InstanceOfAMissingClassFailsPropertyByProperty) {
   for (const TMissingClassCase &test : cases) {
     SCOPED_TRACE(test.why);
     logger.entries.clear();
-    TParseResult result =
-        Parse(ObjectDocument({test.instance, "<INSTANCE CLASSNAME=\"Plain\"/>"}));
+    TParseResult result = Parse(ObjectDocument({test.instance, "<INSTANCE CLASSNAME=\"Plain\"/>"}));
     EXPECT_EQ(Log(), std::vector<std::string>(2, EndElementError(kORVStatusNullObject)));
     EXPECT_EQ(result.instances.size(), 1u);
   }
@@ -81,9 +81,9 @@ TEST_F(InstanceStatesTest, QualifierBeforeThePropertiesEndsTheInstance) {
                            "TYPE=\"string\"/></INSTANCE>"}));
   EXPECT_EQ(alone.instances.size(), 1u);
 
-  TParseResult followed = Parse(ObjectDocument(
-      {"<INSTANCE CLASSNAME=\"Plain\"><QUALIFIER NAME=\"Description\"/>"
-       "<PROPERTY NAME=\"n\" TYPE=\"uint8\"/></INSTANCE>"}));
+  TParseResult followed =
+      Parse(ObjectDocument({"<INSTANCE CLASSNAME=\"Plain\"><QUALIFIER NAME=\"Description\"/>"
+                            "<PROPERTY NAME=\"n\" TYPE=\"uint8\"/></INSTANCE>"}));
   EXPECT_EQ(Log(), std::vector<std::string>{ParserError(1, "Unexpected element property")});
   ASSERT_EQ(followed.instances.size(), 1u);
   EXPECT_TRUE(followed.instances[0]->GetPropertyValue("n").IsNull());
@@ -92,8 +92,8 @@ TEST_F(InstanceStatesTest, QualifierBeforeThePropertiesEndsTheInstance) {
 TEST_F(InstanceStatesTest, OnlyTheComputerSystemClassSwitchesTheParserMode) {
   NVRNORV20::TOSSpecific::setORVParser(false);
   LoadClass("<CLASS NAME=\"VRNSG_ComputerSystem\"/>");
-  Load(ObjectDocument({"<INSTANCE CLASSNAME=\"Plain\"/>",
-                       "<INSTANCE CLASSNAME=\"vrnsg_computersystem\"/>"}));
+  Load(ObjectDocument(
+      {"<INSTANCE CLASSNAME=\"Plain\"/>", "<INSTANCE CLASSNAME=\"vrnsg_computersystem\"/>"}));
   EXPECT_FALSE(NVRNORV20::TOSSpecific::getORVParser());
   Load(ObjectDocument({"<INSTANCE CLASSNAME=\"VRNSG_ComputerSystem\"/>"}));
   EXPECT_TRUE(NVRNORV20::TOSSpecific::getORVParser());
@@ -116,27 +116,34 @@ TEST_F(InstanceStatesTest, ValueObjectsNeedTheirChildrenInOrder) {
   const std::string syntaxError[] = {ParserError(1, "CIM element syntax error"),
                                      EndElementError(NVRNORV20::kORVStatusInvalidDocument)};
   const TValueObjectCase cases[] = {
-      {"value object without child", InDeclGroup("<VALUE.OBJECT></VALUE.OBJECT>"),
-       {syntaxError[0], syntaxError[1]}, 0},
+      {"value object without child",
+       InDeclGroup("<VALUE.OBJECT></VALUE.OBJECT>"),
+       {syntaxError[0], syntaxError[1]},
+       0},
       {"value object with two children",
        InDeclGroup("<VALUE.OBJECT><CLASS NAME=\"A\"/><INSTANCE CLASSNAME=\"Plain\"/>"
                    "</VALUE.OBJECT>"),
-       {ParserError(1, "Unexpected element instance")}, 1},
+       {ParserError(1, "Unexpected element instance")},
+       1},
       {"named object with a class",
        InGroup("DECLGROUP.WITHNAME", "<VALUE.NAMEDOBJECT><CLASS NAME=\"A\"/></VALUE.NAMEDOBJECT>"),
-       {}, 1},
+       {},
+       1},
       {"named object with an instance and no name",
        InGroup("DECLGROUP.WITHNAME",
                "<VALUE.NAMEDOBJECT><INSTANCE CLASSNAME=\"Plain\"/></VALUE.NAMEDOBJECT>"),
-       {ParserError(1, "Unexpected element instance"), syntaxError[0], syntaxError[1]}, 0},
+       {ParserError(1, "Unexpected element instance"), syntaxError[0], syntaxError[1]},
+       0},
       {"object with path holding a bare class",
        InGroup("DECLGROUP.WITHPATH",
                "<VALUE.OBJECTWITHPATH><CLASS NAME=\"A\"/></VALUE.OBJECTWITHPATH>"),
-       {ParserError(1, "Unexpected element class"), syntaxError[0], syntaxError[1]}, 0},
+       {ParserError(1, "Unexpected element class"), syntaxError[0], syntaxError[1]},
+       0},
       {"object with local path holding a bare instance",
        InGroup("DECLGROUP.WITHPATH", "<VALUE.OBJECTWITHLOCALPATH><INSTANCE CLASSNAME=\"Plain\"/>"
                                      "</VALUE.OBJECTWITHLOCALPATH>"),
-       {ParserError(1, "Unexpected element instance"), syntaxError[0], syntaxError[1]}, 0},
+       {ParserError(1, "Unexpected element instance"), syntaxError[0], syntaxError[1]},
+       0},
   };
   for (const TValueObjectCase &test : cases) {
     SCOPED_TRACE(test.why);

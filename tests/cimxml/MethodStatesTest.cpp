@@ -1,7 +1,7 @@
 // Methods and the four parameter kinds with their shared handlers.
+#include "cimxml/states/MethodStates.h"
 #include "cimxml/DeclarationFixture.h"
 #include "cimxml/MockNamespace.h"
-#include "cimxml/states/MethodStates.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
@@ -53,18 +53,19 @@ TEST_F(MethodStatesTest, MethodHasItsReturnTypeQualifiersAndParametersInOrder) {
   EXPECT_EQ(names, (std::vector<std::string>{"a", "b", "c", "d"}));
   // An array parameter is added with its TYPE as written, without the array
   // flag; both reference kinds with the reference type.
-  EXPECT_EQ(types, (std::vector<unsigned>{NVRNORV20::kCIMTypeString, NVRNORV20::kCIMTypeUint8,
-                                          NVRNORV20::kCIMTypeReference,
-                                          NVRNORV20::kCIMTypeReference}));
+  EXPECT_EQ(types,
+            (std::vector<unsigned>{NVRNORV20::kCIMTypeString, NVRNORV20::kCIMTypeUint8,
+                                   NVRNORV20::kCIMTypeReference, NVRNORV20::kCIMTypeReference}));
 }
 
 TEST_F(MethodStatesTest, MethodWithoutTypeAndParametersWithQualifiers) {
-  auto method = LoadMethod("<METHOD NAME=\"m\"><PARAMETER NAME=\"x\" TYPE=\"sint32\">"
-                           "<QUALIFIER NAME=\"In\" TYPE=\"boolean\"><VALUE>false</VALUE></QUALIFIER>"
-                           "</PARAMETER><PARAMETER.REFERENCE NAME=\"y\">"
-                           "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>ref</VALUE></QUALIFIER>"
-                           "</PARAMETER.REFERENCE><PARAMETER.ARRAY NAME=\"z\" TYPE=\"string\">"
-                           "<QUALIFIER NAME=\"In\"/></PARAMETER.ARRAY></METHOD>");
+  auto method =
+      LoadMethod("<METHOD NAME=\"m\"><PARAMETER NAME=\"x\" TYPE=\"sint32\">"
+                 "<QUALIFIER NAME=\"In\" TYPE=\"boolean\"><VALUE>false</VALUE></QUALIFIER>"
+                 "</PARAMETER><PARAMETER.REFERENCE NAME=\"y\">"
+                 "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>ref</VALUE></QUALIFIER>"
+                 "</PARAMETER.REFERENCE><PARAMETER.ARRAY NAME=\"z\" TYPE=\"string\">"
+                 "<QUALIFIER NAME=\"In\"/></PARAMETER.ARRAY></METHOD>");
   ASSERT_TRUE(method);
   EXPECT_EQ(static_cast<ECIMType>(method->GetReturnType()), NVRNORV20::kCIMTypeNone);
   EXPECT_FALSE(method->GetParameter("x")->GetQualifier("In")->GetValue().GetBoolean());
@@ -119,9 +120,9 @@ TEST_F(MethodStatesTest, ValueChildrenByParameterKind) {
   for (const TValueChildCase &test : cases) {
     SCOPED_TRACE(test.parameter);
     logger.entries.clear();
-    TParseResult result = Parse(ObjectDocument({"<CLASS NAME=\"C" + std::to_string(++made) +
-                                                "\"><METHOD NAME=\"m\">" + test.parameter +
-                                                "</METHOD></CLASS>"}));
+    TParseResult result =
+        Parse(ObjectDocument({"<CLASS NAME=\"C" + std::to_string(++made) +
+                              "\"><METHOD NAME=\"m\">" + test.parameter + "</METHOD></CLASS>"}));
     if (test.error == nullptr)
       EXPECT_TRUE(Log().empty()) << Log().front();
     else
@@ -166,15 +167,15 @@ TEST_F(MethodStatesTest, ReferenceEndLooksTheReferenceClassUp) {
   EXPECT_CALL(*mock, GetClass("Target", _));
   EXPECT_CALL(*mock, GetClass("Nope", _));
   EXPECT_CALL(*mock, GetClass("", _));
-  TParseResult result = Parse(ObjectDocument(
-      {"<CLASS NAME=\"M\"><METHOD NAME=\"m\">"
-       "<PARAMETER.REFERENCE NAME=\"a\" REFERENCECLASS=\"Target\"/>"
-       "<PARAMETER.REFARRAY NAME=\"b\" REFERENCECLASS=\"Nope\"/>"
-       "<PARAMETER.REFERENCE NAME=\"c\" REFERENCECLASS=\"Other\"><VALUE.ARAY/>"
-       "</PARAMETER.REFERENCE>"
-       "<PARAMETER.ARRAY NAME=\"d\" TYPE=\"uint8\"/>"
-       "<PARAMETER.ARRAY NAME=\"e\" TYPE=\"uint8\"><VALUE.ARRAY/></PARAMETER.ARRAY>"
-       "<PARAMETER NAME=\"f\" TYPE=\"uint8\"/></METHOD></CLASS>"}));
+  TParseResult result = Parse(
+      ObjectDocument({"<CLASS NAME=\"M\"><METHOD NAME=\"m\">"
+                      "<PARAMETER.REFERENCE NAME=\"a\" REFERENCECLASS=\"Target\"/>"
+                      "<PARAMETER.REFARRAY NAME=\"b\" REFERENCECLASS=\"Nope\"/>"
+                      "<PARAMETER.REFERENCE NAME=\"c\" REFERENCECLASS=\"Other\"><VALUE.ARAY/>"
+                      "</PARAMETER.REFERENCE>"
+                      "<PARAMETER.ARRAY NAME=\"d\" TYPE=\"uint8\"/>"
+                      "<PARAMETER.ARRAY NAME=\"e\" TYPE=\"uint8\"><VALUE.ARRAY/></PARAMETER.ARRAY>"
+                      "<PARAMETER NAME=\"f\" TYPE=\"uint8\"/></METHOD></CLASS>"}));
   EXPECT_EQ(result.classes.size(), 1u);
   EXPECT_TRUE(Log().empty()) << Log().front();
 }

@@ -55,14 +55,14 @@ TEST_F(PropertyDeclStatesTest, DefaultValueComesFromTheValueChildOrTheElementKin
        NVRNORV20::kCIMTypeReference, true, 0, "", "Target"},
       {"reference to an unknown class", "<PROPERTY.REFERENCE NAME=\"p\" REFERENCECLASS=\"Nope\"/>",
        NVRNORV20::kCIMTypeReference, true, 0, "", ""},
-      {"reference without class", "<PROPERTY.REFERENCE NAME=\"p\"/>",
-       NVRNORV20::kCIMTypeReference, true, 0, "", ""},
+      {"reference without class", "<PROPERTY.REFERENCE NAME=\"p\"/>", NVRNORV20::kCIMTypeReference,
+       true, 0, "", ""},
   };
   int index = 0;
   for (const TDefaultCase &test : cases) {
     SCOPED_TRACE(test.why);
-    auto cls = LoadClass("<CLASS NAME=\"C" + std::to_string(index++) + "\">" + test.element +
-                         "</CLASS>");
+    auto cls =
+        LoadClass("<CLASS NAME=\"C" + std::to_string(index++) + "\">" + test.element + "</CLASS>");
     ASSERT_TRUE(cls);
     auto property = cls->GetProperty("p");
     EXPECT_TRUE(property->IsCommitted());
@@ -76,12 +76,13 @@ TEST_F(PropertyDeclStatesTest, DefaultValueComesFromTheValueChildOrTheElementKin
 }
 
 TEST_F(PropertyDeclStatesTest, QualifiersAttachToTheDeclaration) {
-  auto cls = LoadClass("<CLASS NAME=\"C\"><PROPERTY NAME=\"Id\" TYPE=\"string\">"
-                       "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
-                       "</PROPERTY><PROPERTY.REFERENCE NAME=\"r\" REFERENCECLASS=\"Target\">"
-                       "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
-                       "</PROPERTY.REFERENCE><PROPERTY NAME=\"Untyped\" TYPE=\"string\">"
-                       "<QUALIFIER NAME=\"Key\"><VALUE>true</VALUE></QUALIFIER></PROPERTY></CLASS>");
+  auto cls =
+      LoadClass("<CLASS NAME=\"C\"><PROPERTY NAME=\"Id\" TYPE=\"string\">"
+                "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
+                "</PROPERTY><PROPERTY.REFERENCE NAME=\"r\" REFERENCECLASS=\"Target\">"
+                "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
+                "</PROPERTY.REFERENCE><PROPERTY NAME=\"Untyped\" TYPE=\"string\">"
+                "<QUALIFIER NAME=\"Key\"><VALUE>true</VALUE></QUALIFIER></PROPERTY></CLASS>");
   ASSERT_TRUE(cls);
   EXPECT_TRUE(cls->GetProperty("Id")->IsKey());
   EXPECT_TRUE(cls->GetProperty("r")->IsKey());
@@ -157,8 +158,7 @@ protected:
                                 qn402Mode);
     EXPECT_FALSE(result.aborted);
     EXPECT_EQ(result.instances.size(), 1u);
-    return result.instances.empty() ? boost::shared_ptr<ICIMInstance>()
-                                    : result.instances.front();
+    return result.instances.empty() ? boost::shared_ptr<ICIMInstance>() : result.instances.front();
   }
 
   int made = 0;
@@ -227,7 +227,8 @@ TEST_F(PropertyStatesTest, TypeOtherThanTheDeclaredOneIsReportedUnlessInQN402Mod
 }
 
 TEST_F(PropertyStatesTest, ValueThatDoesNotReadAsTheDeclaredTypeIsLeftUnsetInQN402Mode) {
-  const std::string outOfRange = "<PROPERTY NAME=\"Count\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>";
+  const std::string outOfRange =
+      "<PROPERTY NAME=\"Count\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>";
   auto strict = ParseThing(outOfRange);
   ASSERT_TRUE(strict);
   EXPECT_TRUE(strict->GetPropertyValue("Count").IsNull());

@@ -1,7 +1,7 @@
 // Qualifier declarations: attributes, the scope-first rule, the
 // consistency checks and declarations made twice.
-#include "cimxml/DeclarationFixture.h"
 #include "cimxml/states/QualifierDeclStates.h"
+#include "cimxml/DeclarationFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -23,9 +23,7 @@ protected:
                              "</QUALIFIER.DECLARATION>"));
   }
 
-  boost::shared_ptr<NVRNORV20::ICIMQualifierDecl> Declared() {
-    return ns->GetQualifierDecl("Q");
-  }
+  boost::shared_ptr<NVRNORV20::ICIMQualifierDecl> Declared() { return ns->GetQualifierDecl("Q"); }
 };
 
 TEST_F(QualifierDeclStatesTest, DeclarationHasItsTypeDefaultScopeAndFlavor) {
@@ -119,9 +117,9 @@ TEST_F(QualifierDeclStatesTest, ArrayAttributesMustAgreeWithEachOtherAndTheValue
       EXPECT_TRUE(ns->GetQualifierDecls().size() == 1);
     } else {
       // Raised at the end tag, so the frame logs it a second time.
-      EXPECT_EQ(Log(), (std::vector<std::string>{
-                           ParserError(1, "Incompatible attributes"),
-                           EndElementError(NVRNORV20::kORVStatusInvalidDocument)}));
+      EXPECT_EQ(Log(),
+                (std::vector<std::string>{ParserError(1, "Incompatible attributes"),
+                                          EndElementError(NVRNORV20::kORVStatusInvalidDocument)}));
       EXPECT_TRUE(ns->GetQualifierDecls().empty());
     }
   }
@@ -142,8 +140,9 @@ TEST_F(QualifierDeclStatesTest, SecondDeclarationOfANameIsSkippedSilently) {
   EXPECT_TRUE(Log().empty());
   EXPECT_EQ(static_cast<ECIMType>(Declared()->GetType()), NVRNORV20::kCIMTypeBoolean);
   // The state still left the stack: the group goes on after it.
-  Parse(InDeclGroup("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"><SCOPE/>"
-                    "</QUALIFIER.DECLARATION><VALUE.OBJECT><CLASS NAME=\"After\"/></VALUE.OBJECT>"));
+  Parse(
+      InDeclGroup("<QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"uint8\"><SCOPE/>"
+                  "</QUALIFIER.DECLARATION><VALUE.OBJECT><CLASS NAME=\"After\"/></VALUE.OBJECT>"));
   EXPECT_TRUE(ns->HasClass("After"));
   EXPECT_TRUE(Log().empty());
 }

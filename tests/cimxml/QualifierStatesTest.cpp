@@ -18,8 +18,7 @@ class QualifierStatesTest : public TDeclarationFixture {
 protected:
   /// Loads a class that carries the qualifier elements, returns the class.
   boost::shared_ptr<ICIMClass> Qualified(const std::string &qualifiers) {
-    return LoadClass("<CLASS NAME=\"C" + std::to_string(++made) + "\">" + qualifiers +
-                     "</CLASS>");
+    return LoadClass("<CLASS NAME=\"C" + std::to_string(++made) + "\">" + qualifiers + "</CLASS>");
   }
 
   int made = 0;
@@ -51,9 +50,10 @@ TEST_F(QualifierStatesTest, FlavorAttributesSetAndClearTheirBitsOnTheDefault) {
 }
 
 TEST_F(QualifierStatesTest, ValueIsReadAsTheTypeAttributeAndAttached) {
-  auto cls = Qualified("<QUALIFIER NAME=\"Description\" TYPE=\"string\">"
-                       "<VALUE>fish &amp; chips</VALUE></QUALIFIER>"
-                       "<QUALIFIER NAME=\"MaxValue\" TYPE=\"sint64\"><VALUE>-12</VALUE></QUALIFIER>");
+  auto cls =
+      Qualified("<QUALIFIER NAME=\"Description\" TYPE=\"string\">"
+                "<VALUE>fish &amp; chips</VALUE></QUALIFIER>"
+                "<QUALIFIER NAME=\"MaxValue\" TYPE=\"sint64\"><VALUE>-12</VALUE></QUALIFIER>");
   ASSERT_TRUE(cls);
   EXPECT_EQ(cls->GetQualifier("Description")->GetValue().GetString(), "fish & chips");
   EXPECT_EQ(cls->GetQualifier("MaxValue")->GetValue().GetSigned(), -12);
@@ -83,9 +83,9 @@ TEST_F(QualifierStatesTest, UndeclaredQualifierIsLoggedAndDropped) {
       {"<CLASS NAME=\"C\"><QUALIFIER NAME=\"Colour\" TYPE=\"string\"><VALUE>red</VALUE>"
        "</QUALIFIER><QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>d</VALUE>"
        "</QUALIFIER></CLASS>"}));
-  EXPECT_EQ(Log(), (std::vector<std::string>{
-                       "TCIMXMLParser: Couldn't find qualifier Colour",
-                       EndElementError(NVRNORV20::kORVStatusQualifierNotDeclared)}));
+  EXPECT_EQ(Log(),
+            (std::vector<std::string>{"TCIMXMLParser: Couldn't find qualifier Colour",
+                                      EndElementError(NVRNORV20::kORVStatusQualifierNotDeclared)}));
   EXPECT_EQ(logger.entries.at(0).first, 3);
   ASSERT_EQ(result.classes.size(), 1u);
   EXPECT_FALSE(result.classes[0]->HasQualifier("Colour"));

@@ -1,6 +1,6 @@
 // The root element, "declaration" and the three declaration groups.
-#include "cimxml/DeclarationFixture.h"
 #include "cimxml/states/RootStates.h"
+#include "cimxml/DeclarationFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -24,8 +24,8 @@ TEST_F(RootStatesTest, RootNameIsFoldedAndOnlyCimIsAccepted) {
   for (const char *root : {"CIM", "Cim", "cim"}) {
     SCOPED_TRACE(root);
     std::string tag(root);
-    Parse("<" + tag + "><DECLARATION><DECLGROUP>" + kClassA + "</DECLGROUP></DECLARATION></" +
-          tag + ">");
+    Parse("<" + tag + "><DECLARATION><DECLGROUP>" + kClassA + "</DECLGROUP></DECLARATION></" + tag +
+          ">");
     EXPECT_TRUE(ns->HasClass("A"));
     EXPECT_TRUE(Log().empty());
     ns = NVRNORV20::CreateCIMNamespace("root/test");
@@ -88,8 +88,7 @@ TEST_F(RootStatesTest, GroupContentModels) {
        "<CIM><DECLARATION><DECLGROUP.WITHPATH><VALUE.OBJECT/></DECLGROUP.WITHPATH>"
        "</DECLARATION></CIM>",
        "Unexpected element value.object"},
-      {"class directly in a group", InDeclGroup("<CLASS NAME=\"A\"/>"),
-       "Unexpected element class"},
+      {"class directly in a group", InDeclGroup("<CLASS NAME=\"A\"/>"), "Unexpected element class"},
       {"group directly in the root", "<CIM><DECLGROUP/></CIM>", "Unexpected element declgroup"},
       {"unknown element in declaration", "<CIM><DECLARATION><DECLGROUPS/></DECLARATION></CIM>",
        "Unexpected element declgroups"},
@@ -135,8 +134,9 @@ TEST_F(GroupPhaseTest, AChildThatNoPhaseTakesMovesTheGroupToItsLastPhase) {
   EXPECT_FALSE(Offer(group, "instance"));
   EXPECT_EQ(group.phase, 2);
   EXPECT_FALSE(Offer(group, "qualifier.declaration"));
-  EXPECT_EQ(Log(), (std::vector<std::string>{ParserError(1, "Unexpected element instance"),
-                                             ParserError(1, "Unexpected element qualifier.declaration")}));
+  EXPECT_EQ(Log(),
+            (std::vector<std::string>{ParserError(1, "Unexpected element instance"),
+                                      ParserError(1, "Unexpected element qualifier.declaration")}));
 }
 
 TEST_F(GroupPhaseTest, QualifierDeclarationsKeepTheGroupInPhaseOne) {
