@@ -265,7 +265,7 @@ const std::ctype<char> &TXmlParser::NameFolder() {
 
 inline void TXmlParser::FoldAttributeName(char *name, char *nameEnd) {
   if (nameFolder == nullptr || !asciiNameFolding) {
-    FoldAttributeName(name, nameEnd);
+    NameFolder().tolower(name, nameEnd);
     return;
   }
   for (; name != nameEnd; ++name)
@@ -282,8 +282,12 @@ bool TXmlParser::SkipPast(ETerminator terminator) {
   const char *start = cursor;
   if (failed.from <= start && start < failed.stop)
     start = std::max(start, failed.stop - (text.size() - 1));
-  const char *hit =
-      text.size() == 1 ? std::strchr(start, text[0]) : std::strstr(start, text.data());
+  // strchr and a short compare rather than strstr: a checked build's strstr
+  // measures the whole rest of the buffer at every call, which made a
+  // document with many comments quadratic under the sanitizers.
+  const char *hit = std::strchr(start, text[0]);
+  while (hit != nullptr && !SameBytes(hit, text.data(), text.size()))
+    hit = std::strchr(hit + 1, text[0]);
   if (hit == nullptr) {
     failed.from = cursor;
     failed.stop = start + std::strlen(start);

@@ -9,6 +9,7 @@
 #include <cctype>
 #include <cstring>
 #include <iterator>
+#include <locale>
 #include <random>
 #include <string>
 #include <vector>
@@ -139,6 +140,30 @@ TEST(XmlParserAttributes, Forms) {
       {"<a b=\"open'", "F:Unexpected end of document in attribute value@1"},
       {"<a %/>", "F:Unexpected character before end of element@1"},
   });
+}
+
+// A locale whose folding is not ASCII's (as in a Turkish locale, where the
+// capital I folds to a dotless i) makes names go through the locale's own
+// facet instead of the inline fast path.
+class TDotlessCtype : public std::ctype<char> {
+protected:
+  char do_tolower(char c) const override {
+    return c == 'I' ? '\xFD' : std::ctype<char>::do_tolower(c);
+  }
+  const char *do_tolower(char *low, const char *high) const override {
+    for (; low != high; ++low)
+      *low = do_tolower(*low);
+    return high;
+  }
+};
+
+TEST(XmlParserAttributes, NamesFoldWithTheGlobalLocale) {
+  const std::locale previous = std::locale::global(std::locale(std::locale(), new TDotlessCtype));
+  TRecordingHandler handler(EOnError::kThrow);
+  const std::string events = handler.Run("<a ID='1' Name='2'/>");
+  std::locale::global(previous);
+  // The map orders names byte-wise, so the folded byte 0xFD sorts last.
+  EXPECT_EQ("S:a{name=2,\xFD" "d=1} E:a", events);
 }
 
 TEST(XmlParserAttributes, FailuresKeepWhatWasRead) {
