@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The test job: build everything with AddressSanitizer and
-# UndefinedBehaviorSanitizer, warnings as errors, and run the whole suite.
+# UndefinedBehaviorSanitizer, warnings as errors; run both fuzz targets
+# briefly on their seeds; then run the whole suite.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,7 +9,11 @@ bash scripts/install-deps.sh test
 cmake -S . -B build/test -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DORV_WERROR=ON -DORV_SANITIZE="address;undefined" -DORV_BUILD_TESTS=ON
 cmake --build build/test -j2
+
 export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+
+FUZZ_SECONDS="${FUZZ_SECONDS:-20}" bash scripts/fuzz-smoke.sh
+
 cd build/test
 ctest --output-on-failure -j2
