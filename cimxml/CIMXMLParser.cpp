@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstring>
 #include <locale>
+#include <typeinfo>
 
 namespace NVRNORV20 {
 
@@ -25,17 +26,6 @@ const int kParseErrorLevel = 3;
 void LogParseError(const std::string &text) {
   // Fetched anew for every message: a caller may swap loggers between parses.
   TRootObject::GetCoreLogger()->Log(kParseErrorLevel, text);
-}
-
-/// Element names are compared in lower case; the global locale's ctype facet
-/// folds them, so a caller's locale decides what a letter is.
-std::string FoldName(const char *name) {
-  std::string folded(name != nullptr ? name : "");
-  if (!folded.empty()) {
-    const std::locale global;
-    std::use_facet<std::ctype<char>>(global).tolower(&folded[0], &folded[0] + folded.size());
-  }
-  return folded;
 }
 
 /// Attribute names arrive folded, so a plain byte comparison is enough.
@@ -86,8 +76,43 @@ TCIMXMLParser &TCIMXMLParser::operator=(const TCIMXMLParser &other) {
 // last the states, which may still point into one another.
 TCIMXMLParser::~TCIMXMLParser() = default;
 
+// Element names are compared in lower case; the global locale's ctype facet
+// folds them, so a caller's locale decides what a letter is. The facet is
+// looked up again only when the global locale has changed since the last
+// name; the standard facet folds each byte alone, so its answers for the 256
+// bytes are kept in a table and names fold without a call per element.
+const std::string &TCIMXMLParser::FoldElementName(const char *name) {
+  const std::size_t length = name != nullptr ? std::strlen(name) : 0;
+  // Names are mostly of a few lengths in turn: resizing only on a change
+  // of length keeps the copy below a plain loop.
+  if (foldedName.size() != length)
+    foldedName.resize(length);
+  if (length == 0)
+    return foldedName;
+  const std::locale global;
+  if (foldFacet == nullptr || !(global == foldLocale)) {
+    foldFacet = nullptr;
+    foldLocale = global;
+    const auto &facet = std::use_facet<std::ctype<char>>(foldLocale);
+    foldByTable = typeid(facet) == typeid(std::ctype<char>);
+    if (foldByTable)
+      for (int byte = 0; byte < 256; ++byte)
+        foldTable[byte] = facet.tolower(static_cast<char>(byte));
+    foldFacet = &facet;
+  }
+  char *out = &foldedName[0];
+  if (!foldByTable) {
+    std::memcpy(out, name, length);
+    foldFacet->tolower(out, out + length);
+    return foldedName;
+  }
+  for (std::size_t i = 0; i < length; ++i)
+    out[i] = foldTable[static_cast<unsigned char>(name[i])];
+  return foldedName;
+}
+
 void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
-  const std::string folded = FoldName(name);
+  const std::string &folded = FoldElementName(name);
   // A rejected element's end tag pops its parent, so a broken document can
   // empty the stack; a start tag then has no state to go to.
   if (stateStack.empty() || !stateStack.back())
@@ -113,7 +138,7 @@ void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
 }
 
 void TCIMXMLParser::EndElement(const char *name) {
-  const std::string folded = FoldName(name);
+  const std::string &folded = FoldElementName(name);
   if (stateStack.empty() || !stateStack.back())
     throw TORVException();
   // Held for the call: the state pops itself, and with it the stack's

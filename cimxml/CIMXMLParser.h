@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <locale>
 #include <string>
 #include <vector>
 
@@ -158,6 +159,21 @@ private:
   std::vector<boost::shared_ptr<ICIMInstance>> instancesCollected;
   std::string characterData;
   bool qn402Mode;
+
+  /// Element names are folded into this buffer, reused from element to
+  /// element, so that a name costs no allocation once the buffer is long
+  /// enough.
+  std::string foldedName;
+  /// The global locale whose ctype facet foldTable was taken from, and the
+  /// facet; foldByTable says whether the facet folds byte by byte (the
+  /// standard one) so that the table gives the same bytes.
+  std::locale foldLocale;
+  const std::ctype<char> *foldFacet = nullptr;
+  bool foldByTable = false;
+  char foldTable[256] = {};
+
+  /// The name folded with the global locale as it stands now.
+  const std::string &FoldElementName(const char *name);
 
   /// The namespace for one call; throws kORVStatusNamespaceGone when the
   /// caller no longer holds it.
