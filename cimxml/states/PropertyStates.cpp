@@ -158,7 +158,12 @@ void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std:
 }
 
 TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
-  return Require(Require(instance).GetPropertyDecl(property.name)).GetDeclaredType();
+  // A failed look-up is not kept: it throws again where it is asked again.
+  if (!declaredTypeKnown) {
+    declaredType = Require(Require(instance).GetPropertyDecl(property.name)).GetDeclaredType();
+    declaredTypeKnown = true;
+  }
+  return declaredType;
 }
 
 TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateProperty::MakeNoState(TCIMXMLParser &,

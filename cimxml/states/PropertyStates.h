@@ -146,7 +146,8 @@ protected:
       HandOver(parser, name, attributes);
     AcceptChild(parser, name, attributes, rows, kLastPhase);
   }
-  /// The type of the property as the instance's class declares it.
+  /// The type of the property as the instance's class declares it. Looked
+  /// up once per element: the class and the name stay for the element.
   TCIMType DeclaredType() const;
 
   static constexpr std::int32_t kLastPhase = 1;
@@ -157,6 +158,9 @@ protected:
   bool valueSeen = false;
 
 private:
+  mutable TCIMType declaredType;
+  mutable bool declaredTypeKnown = false;
+
   static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
   bool Accepts(const TChildRow *rows, std::size_t rowCount, const std::string &name) const;
   [[noreturn]] void HandOver(TCIMXMLParser &parser, const std::string &name,
