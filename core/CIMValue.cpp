@@ -312,19 +312,131 @@ const std::string &TCIMValue::TCIMType::GetName() const {
 
 // ---- construction ----------------------------------------------------------
 
-TCIMValue::TCIMValue() = default;
-TCIMValue::TCIMValue(const TCIMValue &other) = default;
-TCIMValue::TCIMValue(TCIMValue &&other) noexcept = default;
-TCIMValue &TCIMValue::operator=(const TCIMValue &other) = default;
-TCIMValue &TCIMValue::operator=(TCIMValue &&other) noexcept = default;
-TCIMValue::~TCIMValue() = default;
+struct TCIMValue::TPayload {
+  TCIMReference reference;
+  std::vector<TCIMValue> elements;
+  boost::weak_ptr<ICIMClass> referencedClass;
+};
+
+void TCIMValue::StartStorage() {
+  switch (StorageOf(type)) {
+  case EStorage::kText:
+    new (&text) std::string();
+    break;
+  case EStorage::kDateTime:
+    new (&dateTime) TCIMDateTime();
+    break;
+  case EStorage::kScalar:
+    break;
+  }
+}
+
+void TCIMValue::ChangeStorage(ECIMType newType) {
+  if (StorageOf(type) == EStorage::kText)
+    text.~basic_string();
+  type = newType;
+  scalar.unsignedValue = 0;
+  StartStorage();
+}
+
+void TCIMValue::CopyStorage(const TCIMValue &other) {
+  switch (StorageOf(other.type)) {
+  case EStorage::kText:
+    text = other.text;
+    break;
+  case EStorage::kDateTime:
+    dateTime = other.dateTime;
+    break;
+  case EStorage::kScalar:
+    scalar = other.scalar;
+    break;
+  }
+}
+
+void TCIMValue::MoveStorage(TCIMValue &other) noexcept {
+  switch (StorageOf(other.type)) {
+  case EStorage::kText:
+    text = std::move(other.text);
+    break;
+  case EStorage::kDateTime:
+    dateTime = other.dateTime;
+    break;
+  case EStorage::kScalar:
+    scalar = other.scalar;
+    break;
+  }
+}
+
+TCIMValue::TPayload &TCIMValue::OwnPayload() {
+  if (!payload)
+    payload = boost::make_shared<TPayload>();
+  else if (payload.use_count() > 1)
+    payload = boost::make_shared<TPayload>(*payload);
+  return *payload;
+}
+
+TCIMValue::TCIMValue() {}
+
+TCIMValue::TCIMValue(const TCIMValue &other)
+    : type(other.type), null(other.null), count(other.count), payload(other.payload) {
+  StartStorage();
+  CopyStorage(other);
+}
+
+TCIMValue::TCIMValue(TCIMValue &&other) noexcept
+    : type(other.type), null(other.null), count(other.count), payload(std::move(other.payload)) {
+  StartStorage();
+  MoveStorage(other);
+}
+
+TCIMValue &TCIMValue::operator=(const TCIMValue &other) {
+  if (this == &other)
+    return *this;
+  // The text is copied before anything changes, so a failed allocation
+  // leaves this value as it was.
+  if (StorageOf(other.type) == EStorage::kText && StorageOf(type) != EStorage::kText) {
+    std::string copy(other.text);
+    ChangeStorage(other.type);
+    text = std::move(copy);
+  } else {
+    if (StorageOf(other.type) != StorageOf(type))
+      ChangeStorage(other.type);
+    CopyStorage(other);
+  }
+  type = other.type;
+  null = other.null;
+  count = other.count;
+  payload = other.payload;
+  return *this;
+}
+
+TCIMValue &TCIMValue::operator=(TCIMValue &&other) noexcept {
+  if (this == &other)
+    return *this;
+  if (StorageOf(other.type) != StorageOf(type))
+    ChangeStorage(other.type);
+  MoveStorage(other);
+  type = other.type;
+  null = other.null;
+  count = other.count;
+  payload = std::move(other.payload);
+  return *this;
+}
+
+TCIMValue::~TCIMValue() {
+  if (StorageOf(type) == EStorage::kText)
+    text.~basic_string();
+}
 
 TCIMValue::TCIMValue(TCIMType nullType, unsigned int declaredCount)
-    : type(nullType), count(declaredCount) {}
+    : type(nullType), count(declaredCount) {
+  StartStorage();
+}
 
 TCIMValue::TCIMValue(TCIMType valueType, const std::string &valueText,
                      boost::shared_ptr<ICIMNamespace> ns)
     : type(valueType), null(false) {
+  StartStorage();
   const char *begin = valueText.data();
   const char *end = begin + valueText.size();
   switch (static_cast<ECIMType>(valueType)) {
@@ -363,8 +475,7 @@ TCIMValue::TCIMValue(TCIMType valueType, const std::string &valueText,
     dateTime = TCIMDateTime::Parse(begin, valueText.size());
     break;
   case kCIMTypeReference:
-    reference = boost::make_shared<const TCIMReference>(
-        TCIMReference::Parse(begin, valueText.size(), std::move(ns)));
+    OwnPayload().reference = TCIMReference::Parse(begin, valueText.size(), std::move(ns));
     break;
   default:
     Throw(kORVStatusInvalidArgument);
@@ -375,9 +486,10 @@ TCIMValue::TCIMValue(bool value) : type(kCIMTypeBoolean), null(false) {
   scalar.boolean = value;
 }
 
-TCIMValue::TCIMValue(const std::string &value) : type(kCIMTypeString), null(false), text(value) {}
+TCIMValue::TCIMValue(const std::string &value)
+    : type(kCIMTypeString), null(false), text(value) {}
 
-TCIMValue::TCIMValue(const char *value) : type(kCIMTypeString) {
+TCIMValue::TCIMValue(const char *value) : type(kCIMTypeString), text() {
   // A null pointer is a null string rather than a crash.
   if (value != nullptr) {
     null = false;
@@ -388,9 +500,9 @@ TCIMValue::TCIMValue(const char *value) : type(kCIMTypeString) {
 TCIMValue::TCIMValue(const TCIMDateTime &value)
     : type(kCIMTypeDateTime), null(false), dateTime(value) {}
 
-TCIMValue::TCIMValue(const TCIMReference &value)
-    : type(kCIMTypeReference), null(false),
-      reference(boost::make_shared<const TCIMReference>(value)) {}
+TCIMValue::TCIMValue(const TCIMReference &value) : type(kCIMTypeReference), null(false) {
+  OwnPayload().reference = value;
+}
 
 TCIMValue TCIMValue::MakeUnsigned(ECIMType type, std::uint64_t value) {
   if (!IsUnsignedType(type))
@@ -433,7 +545,7 @@ TCIMValue TCIMValue::MakeReal(ECIMType type, double value) {
 
 unsigned int TCIMValue::GetCount() const {
   if (IsArray())
-    return null ? count : static_cast<unsigned int>(elements->size());
+    return null ? count : static_cast<unsigned int>(payload->elements.size());
   return null ? 0 : 1;
 }
 
@@ -443,7 +555,7 @@ TCIMValue::operator bool() const {
 
 TCIMValue::operator TCIMReference() const {
   if (type == kCIMTypeReference && !null)
-    return *reference;
+    return payload->reference;
   return TCIMReference();
 }
 
@@ -500,7 +612,7 @@ TCIMReference TCIMValue::GetReference() const {
     Throw(kORVStatusTypeMismatch);
   if (null)
     Throw(kORVStatusNullObject);
-  return *reference;
+  return payload->reference;
 }
 
 const std::vector<TCIMValue> &TCIMValue::GetElements() const {
@@ -508,7 +620,7 @@ const std::vector<TCIMValue> &TCIMValue::GetElements() const {
     Throw(kORVStatusTypeMismatch);
   if (null)
     Throw(kORVStatusNullObject);
-  return *elements;
+  return payload->elements;
 }
 
 // ---- change ----------------------------------------------------------------
@@ -519,30 +631,27 @@ void TCIMValue::Set(TCIMType elementType, unsigned int declaredCount,
   if (scalarType == kCIMTypeNone)
     Throw(kORVStatusInvalidArgument);
   // Built before anything changes, so a failed allocation leaves the value.
-  auto copy = boost::make_shared<const std::vector<TCIMValue>>(newElements);
-  if (scalarType != kCIMTypeReference)
-    referencedClass.reset();
-  type = scalarType.GetArrayType();
+  auto fresh = boost::make_shared<TPayload>();
+  fresh->elements = newElements;
+  if (scalarType == kCIMTypeReference && payload)
+    fresh->referencedClass = payload->referencedClass;
+  ChangeStorage(scalarType.GetArrayType());
   null = false;
   count = declaredCount;
-  scalar.unsignedValue = 0;
-  dateTime = TCIMDateTime();
-  text.clear();
-  reference.reset();
-  elements = std::move(copy);
+  payload = std::move(fresh);
 }
 
 void TCIMValue::Set(const TCIMReference &newReference) {
   // The referenced class stays: it belongs to the declaration the value
   // fills, not to the path.
-  reference = boost::make_shared<const TCIMReference>(newReference);
-  type = kCIMTypeReference;
+  auto fresh = boost::make_shared<TPayload>();
+  fresh->reference = newReference;
+  if (payload)
+    fresh->referencedClass = payload->referencedClass;
+  ChangeStorage(kCIMTypeReference);
   null = false;
   count = 0;
-  scalar.unsignedValue = 0;
-  dateTime = TCIMDateTime();
-  text.clear();
-  elements.reset();
+  payload = std::move(fresh);
 }
 
 // By value in the exported interface, which callers are built against.
@@ -551,11 +660,15 @@ void TCIMValue::SetReferencedClass(boost::shared_ptr<ICIMClass> cls) {
   const ECIMType scalarType = GetType().GetElementType();
   if (cls && scalarType != kCIMTypeReference && scalarType != kCIMTypeNone)
     Throw(kORVStatusTypeMismatch);
-  referencedClass = cls;
+  if (!cls && (!payload || payload->referencedClass.expired()))
+    return;
+  OwnPayload().referencedClass = cls;
 }
 
 boost::shared_ptr<ICIMClass> TCIMValue::GetReferencedClass() const {
-  return referencedClass.lock();
+  if (!payload)
+    return boost::shared_ptr<ICIMClass>();
+  return payload->referencedClass.lock();
 }
 
 // ---- text ------------------------------------------------------------------
@@ -567,7 +680,7 @@ std::string TCIMValue::ToMOF() const {
   if (IsArray()) {
     out += '{';
     bool first = true;
-    for (const auto &element : *elements) {
+    for (const auto &element : payload->elements) {
       if (!first)
         out += ", ";
       first = false;
@@ -613,7 +726,7 @@ std::string TCIMValue::ToString() const {
     return out;
   if (IsArray()) {
     bool first = true;
-    for (const auto &element : *elements) {
+    for (const auto &element : payload->elements) {
       if (!first)
         out += ", ";
       first = false;
@@ -651,7 +764,7 @@ std::string TCIMValue::ToString() const {
     out = dateTime.ToString();
     break;
   case kCIMTypeReference:
-    out = reference->ToString();
+    out = payload->reference.ToString();
     break;
   default:
     break;
@@ -665,7 +778,7 @@ bool TCIMValue::operator==(const TCIMValue &other) const {
   if (null)
     return true;
   if (IsArray())
-    return elements == other.elements || *elements == *other.elements;
+    return payload == other.payload || payload->elements == other.payload->elements;
   switch (type) {
   case kCIMTypeBoolean:
     return scalar.boolean == other.scalar.boolean;
@@ -679,7 +792,7 @@ bool TCIMValue::operator==(const TCIMValue &other) const {
   case kCIMTypeDateTime:
     return dateTime == other.dateTime;
   case kCIMTypeReference:
-    return reference == other.reference || *reference == *other.reference;
+    return payload == other.payload || payload->reference == other.payload->reference;
   case kCIMTypeSint8:
   case kCIMTypeSint16:
   case kCIMTypeSint32:

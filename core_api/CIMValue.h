@@ -171,18 +171,39 @@ private:
     double realValue;
     bool boolean;
   };
+  /// What few values hold: a reference, array elements, the class that a
+  /// reference points to. Allocated only for such values and shared by
+  /// copies; a change to a shared one copies it first.
+  struct TPayload;
+
+  /// Which member of the union below is alive, by type alone: the text for
+  /// a string scalar, the datetime for a datetime scalar, else the scalar.
+  enum class EStorage : std::uint8_t { kScalar, kDateTime, kText };
+  static EStorage StorageOf(ECIMType code) {
+    return code == kCIMTypeString     ? EStorage::kText
+           : code == kCIMTypeDateTime ? EStorage::kDateTime
+                                      : EStorage::kScalar;
+  }
+  /// Ends the live member and makes the one for newType alive (empty).
+  void ChangeStorage(ECIMType newType);
+  /// With the scalar alive (as every constructor starts), makes the member
+  /// for type alive.
+  void StartStorage();
+  /// Copies other's live member into this one's, whose type is other's.
+  void CopyStorage(const TCIMValue &other);
+  void MoveStorage(TCIMValue &other) noexcept;
+  /// A payload that this value alone holds, made or copied as needed.
+  TPayload &OwnPayload();
 
   ECIMType type = kCIMTypeNone;
   bool null = true;
   unsigned int count = 0;
-  TScalar scalar{};
-  TCIMDateTime dateTime;
-  std::string text;
-  /// Shared and never changed after construction, so copies of a value
-  /// share one reference or array.
-  boost::shared_ptr<const TCIMReference> reference;
-  boost::shared_ptr<const std::vector<TCIMValue>> elements;
-  boost::weak_ptr<ICIMClass> referencedClass;
+  union {
+    TScalar scalar{};
+    TCIMDateTime dateTime;
+    std::string text;
+  };
+  boost::shared_ptr<TPayload> payload;
 };
 
 using TCIMType = TCIMValue::TCIMType;

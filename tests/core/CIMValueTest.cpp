@@ -349,6 +349,42 @@ TEST(CIMValueTest, AccessorsRefuseOtherTypesAndNull) {
             kORVStatusInvalidArgument);
 }
 
+// Copies share what a reference or array holds; a change to one copy must
+// not show in the other, and assignment must work between values whose
+// contents are kept in different ways (text, datetime, number, shared part).
+TEST(CIMValueTest, CopiesStayIndependentAcrossKinds) {
+  auto ns = CreateCIMNamespace("root/test");
+  auto cls = ns->CreateClass("CIM_Target", nullptr);
+  TCIMReference path;
+  path.SetClassName("CIM_Target");
+  const TCIMValue original(path);
+  TCIMValue copy = original;
+  copy.SetReferencedClass(cls);
+  EXPECT_EQ(copy.GetReferencedClass(), cls);
+  EXPECT_FALSE(original.GetReferencedClass());
+
+  const std::vector<TCIMValue> kinds = {
+      TCIMValue("a string long enough to live outside the short buffer"),
+      TCIMValue(TCIMDateTime(2024, 2, 29, 12, 30, 0, 5, 60)),
+      TCIMValue::MakeUnsigned(kCIMTypeUint64, 42),
+      original,
+      Array(kCIMTypeString, {TCIMValue("x")}),
+      TCIMValue(),
+  };
+  for (const TCIMValue &from : kinds) {
+    for (const TCIMValue &to : kinds) {
+      SCOPED_TRACE(from.ToMOF() + " over " + to.ToMOF());
+      TCIMValue target = to;
+      target = from;
+      EXPECT_EQ(target, from);
+      TCIMValue moved = to;
+      TCIMValue source = from;
+      moved = std::move(source);
+      EXPECT_EQ(moved, from);
+    }
+  }
+}
+
 TEST(CIMValueTest, ReferencedClassIsHeldWeakly) {
   auto ns = CreateCIMNamespace("root/test");
   TCIMValue value(TCIMType(kCIMTypeReference), 0);
