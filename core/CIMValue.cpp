@@ -553,6 +553,17 @@ TCIMValue::operator bool() const {
   return type == kCIMTypeBoolean && !null && scalar.boolean;
 }
 
+namespace {
+// What every typed getter checks first: the type, then that there is a
+// value to give.
+void CheckAccess(bool typeFits, bool isNull) {
+  if (!typeFits)
+    Throw(kORVStatusTypeMismatch);
+  if (isNull)
+    Throw(kORVStatusNullObject);
+}
+} // namespace
+
 TCIMValue::operator TCIMReference() const {
   if (type == kCIMTypeReference && !null)
     return payload->reference;
@@ -560,66 +571,42 @@ TCIMValue::operator TCIMReference() const {
 }
 
 bool TCIMValue::GetBoolean() const {
-  if (type != kCIMTypeBoolean)
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(type == kCIMTypeBoolean, null);
   return scalar.boolean;
 }
 
 std::uint64_t TCIMValue::GetUnsigned() const {
-  if (!IsUnsignedType(type))
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(IsUnsignedType(type), null);
   return scalar.unsignedValue;
 }
 
 std::int64_t TCIMValue::GetSigned() const {
-  if (!IsSignedType(type))
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(IsSignedType(type), null);
   return scalar.signedValue;
 }
 
 double TCIMValue::GetReal() const {
-  if (!IsRealType(type))
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(IsRealType(type), null);
   return scalar.realValue;
 }
 
 const std::string &TCIMValue::GetString() const {
-  if (type != kCIMTypeString)
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(type == kCIMTypeString, null);
   return text;
 }
 
 TCIMDateTime TCIMValue::GetDateTime() const {
-  if (type != kCIMTypeDateTime)
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(type == kCIMTypeDateTime, null);
   return dateTime;
 }
 
 TCIMReference TCIMValue::GetReference() const {
-  if (type != kCIMTypeReference)
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(type == kCIMTypeReference, null);
   return payload->reference;
 }
 
 const std::vector<TCIMValue> &TCIMValue::GetElements() const {
-  if (!IsArray())
-    Throw(kORVStatusTypeMismatch);
-  if (null)
-    Throw(kORVStatusNullObject);
+  CheckAccess(IsArray(), null);
   return payload->elements;
 }
 
