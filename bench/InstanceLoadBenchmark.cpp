@@ -18,14 +18,13 @@
 #include "core_api/CIMInterfaces.h"
 #include "core_api/Logger.h"
 #include "populate/NamespacePopulator.h"
+#include "support/BenchSupport.h"
 #include "support/CIMXMLGenerator.h"
 #include "xml/XmlParser.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <memory>
@@ -50,29 +49,8 @@ struct TDocument {
   std::size_t Size() const { return bytes.size() - 1; }
 };
 
-/// Keeps the first error, so that a document that does not load whole is
-/// reported once rather than flooding the output.
-class TQuietLogger : public NVRNORV20::ILogger {
-public:
-  void Log(int level, const std::string &text) override {
-    if (level == 3 && firstError.empty())
-      firstError = text;
-  }
-  std::string firstError;
-};
-
-TQuietLogger logger;
+orvbench::TQuietLogger logger;
 std::string classDocumentPath;
-
-class TNullTokenizer : public NVRNORV20::TXmlParser {
-public:
-  void StartElement(const char *, TAttributes &) override {}
-  void EndElement(const char *) override {}
-  void processingInstruction(const char *, const char *) override {}
-  void characters(const char *, unsigned) override {}
-  void notationDecl(const char *, const char *, const char *) override {}
-  void FatalError(const char *) override {}
-};
 
 TNamespacePtr SchemaNamespace() {
   TNamespacePtr ns = NVRNORV20::CreateCIMNamespace("root/cimv2");
@@ -86,48 +64,13 @@ std::size_t ParseInto(const TNamespacePtr &ns, TDocument &document) {
   return parser.GetInstancesCollected().size();
 }
 
-double Seconds(std::chrono::steady_clock::time_point start) {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// The best of three runs of the tokenizer alone.
-double TimeTokenizer(TDocument &document) {
-  double best = 1e30;
-  for (int run = 0; run < 3; ++run) {
-    const auto start = std::chrono::steady_clock::now();
-    TNullTokenizer tokenizer;
-    tokenizer.Parse(document.bytes.data());
-    best = std::min(best, Seconds(start));
-  }
-  return best;
-}
-
-long StatusKilobytes(const char *field) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  const std::string key = std::string(field) + ":";
-  while (std::getline(status, line))
-    if (line.compare(0, key.size(), key) == 0)
-      return std::stol(line.substr(key.size()));
-  return -1;
-}
-
 /// The peak resident size that one load adds, in bytes, with the schema
 /// already in the namespace; -1 where the system cannot reset its peak
 /// mark.
 double PeakGrowth(const TDocument &document) {
   TNamespacePtr ns = SchemaNamespace();
-  malloc_trim(0);
-  {
-    std::ofstream reset("/proc/self/clear_refs");
-    reset << "5";
-    if (!reset)
-      return -1;
-  }
-  const long before = StatusKilobytes("VmRSS");
-  NVRNORV20::TNamespacePopulator::PopulateFromRegXMLFile(ns, document.path);
-  const long peak = StatusKilobytes("VmHWM");
-  return before < 0 || peak < 0 ? -1 : static_cast<double>(peak - before) * 1024.0;
+  return orvbench::PeakGrowth(
+      [&] { NVRNORV20::TNamespacePopulator::PopulateFromRegXMLFile(ns, document.path); });
 }
 
 void Finish(benchmark::State &state, const TDocument &document, double loadSeconds) {
@@ -142,7 +85,7 @@ void Finish(benchmark::State &state, const TDocument &document, double loadSecon
 
 void BM_Tokenizer(benchmark::State &state, TDocument *document) {
   for (auto _ : state) {
-    TNullTokenizer tokenizer;
+    orvbench::TNullTokenizer tokenizer;
     tokenizer.Parse(document->bytes.data());
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
@@ -159,9 +102,9 @@ void BM_Parse(benchmark::State &state, TDocument *document) {
     state.PauseTiming();
     TNamespacePtr ns = SchemaNamespace();
     state.ResumeTiming();
-    const auto start = std::chrono::steady_clock::now();
+    const double start = orvbench::ThreadSeconds();
     const std::size_t instances = ParseInto(ns, *document);
-    seconds += Seconds(start);
+    seconds += orvbench::ThreadSeconds() - start;
     state.PauseTiming();
     if (instances != document->instanceCount) {
       state.SkipWithError("the document did not load whole");
@@ -180,10 +123,10 @@ void BM_Populate(benchmark::State &state, TDocument *document) {
     state.PauseTiming();
     TNamespacePtr ns = SchemaNamespace();
     state.ResumeTiming();
-    const auto start = std::chrono::steady_clock::now();
+    const double start = orvbench::ThreadSeconds();
     const auto instances =
         NVRNORV20::TNamespacePopulator::PopulateFromRegXMLFile(ns, document->path);
-    seconds += Seconds(start);
+    seconds += orvbench::ThreadSeconds() - start;
     state.PauseTiming();
     if (instances.size() != document->instanceCount) {
       state.SkipWithError("the document did not load whole");
@@ -210,7 +153,7 @@ std::unique_ptr<TDocument> MakeDocument(std::size_t instanceCount) {
     std::fprintf(stderr, "%zu instances: %zu loaded; %s\n", instanceCount, loaded,
                  logger.firstError.c_str());
   logger.firstError.clear();
-  document->tokenizerSeconds = TimeTokenizer(*document);
+  document->tokenizerSeconds = orvbench::BestTokenizerSeconds(document->bytes.data());
   return document;
 }
 

@@ -18,11 +18,11 @@
 #include "core_api/CIMInterfaces.h"
 #include "core_api/Logger.h"
 #include "populate/NamespacePopulator.h"
+#include "support/BenchSupport.h"
 #include "support/CIMXMLGenerator.h"
 #include "xml/XmlParser.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -51,48 +51,7 @@ struct TDocument {
   std::size_t Size() const { return bytes.size() - 1; }
 };
 
-bool ReadText(const std::string &path, std::string &text) {
-  const bool gzip = path.find(".gz") != std::string::npos;
-  FILE *pipe = gzip ? popen(("gzip -dc '" + path + "' 2>/dev/null").c_str(), "r")
-                    : std::fopen(path.c_str(), "rb");
-  if (pipe == nullptr)
-    return false;
-  text.clear();
-  char chunk[1 << 16];
-  for (std::size_t got; (got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0;)
-    text.append(chunk, got);
-  const bool closed = gzip ? pclose(pipe) == 0 : std::fclose(pipe) == 0;
-  return closed && !text.empty();
-}
-
-class TQuietLogger : public NVRNORV20::ILogger {
-public:
-  void Log(int level, const std::string &text) override {
-    if (level == 3 && firstError.empty())
-      firstError = text;
-  }
-  std::string firstError;
-};
-
-TQuietLogger logger;
-
-class TNullTokenizer : public NVRNORV20::TXmlParser {
-public:
-  void StartElement(const char *, TAttributes &) override {}
-  void EndElement(const char *) override {}
-  void processingInstruction(const char *, const char *) override {}
-  void characters(const char *, unsigned) override {}
-  void notationDecl(const char *, const char *, const char *) override {}
-  void FatalError(const char *) override {}
-};
-
-/// Processor time of this thread, in seconds: the machine may be shared,
-/// and the ratio to the tokenizer should not depend on what else runs.
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
+orvbench::TQuietLogger logger;
 
 TNamespacePtr PreparedNamespace(const TDocument &document) {
   TNamespacePtr ns = NVRNORV20::CreateCIMNamespace("root/cimv2");
@@ -107,43 +66,11 @@ std::size_t ParseInto(const TNamespacePtr &ns, TDocument &document) {
   return parser.GetClassesCollected().size();
 }
 
-/// The best of three runs of the tokenizer alone.
-double TimeTokenizer(TDocument &document) {
-  double best = 1e30;
-  for (int run = 0; run < 3; ++run) {
-    const double start = ThreadSeconds();
-    TNullTokenizer tokenizer;
-    tokenizer.Parse(document.bytes.data());
-    best = std::min(best, ThreadSeconds() - start);
-  }
-  return best;
-}
-
-long StatusKilobytes(const char *field) {
-  std::ifstream status("/proc/self/status");
-  std::string line;
-  const std::string key = std::string(field) + ":";
-  while (std::getline(status, line))
-    if (line.compare(0, key.size(), key) == 0)
-      return std::stol(line.substr(key.size()));
-  return -1;
-}
-
-/// The peak resident size that one load adds, in bytes; -1 where the
-/// system cannot reset its peak mark.
-double PeakGrowth(TDocument &document) {
+/// The peak resident size that one load adds, with the namespace prepared.
+double PeakGrowth(const TDocument &document) {
   TNamespacePtr ns = PreparedNamespace(document);
-  malloc_trim(0);
-  {
-    std::ofstream reset("/proc/self/clear_refs");
-    reset << "5";
-    if (!reset)
-      return -1;
-  }
-  const long before = StatusKilobytes("VmRSS");
-  NVRNORV20::TNamespacePopulator::PopulateFromXMLFile(ns, document.path);
-  const long peak = StatusKilobytes("VmHWM");
-  return before < 0 || peak < 0 ? -1 : static_cast<double>(peak - before) * 1024.0;
+  return orvbench::PeakGrowth(
+      [&] { NVRNORV20::TNamespacePopulator::PopulateFromXMLFile(ns, document.path); });
 }
 
 void Finish(benchmark::State &state, const TDocument &document, double loadSeconds) {
@@ -158,7 +85,7 @@ void Finish(benchmark::State &state, const TDocument &document, double loadSecon
 
 void BM_Tokenizer(benchmark::State &state, TDocument *document) {
   for (auto _ : state) {
-    TNullTokenizer tokenizer;
+    orvbench::TNullTokenizer tokenizer;
     tokenizer.Parse(document->bytes.data());
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
@@ -175,9 +102,9 @@ void BM_Parse(benchmark::State &state, TDocument *document) {
     state.PauseTiming();
     TNamespacePtr ns = PreparedNamespace(*document);
     state.ResumeTiming();
-    const double start = ThreadSeconds();
+    const double start = orvbench::ThreadSeconds();
     const std::size_t classes = ParseInto(ns, *document);
-    seconds += ThreadSeconds() - start;
+    seconds += orvbench::ThreadSeconds() - start;
     state.PauseTiming();
     if (classes != document->classes) {
       state.SkipWithError("the document did not load whole");
@@ -196,9 +123,9 @@ void BM_Populate(benchmark::State &state, TDocument *document) {
     state.PauseTiming();
     TNamespacePtr ns = PreparedNamespace(*document);
     state.ResumeTiming();
-    const double start = ThreadSeconds();
+    const double start = orvbench::ThreadSeconds();
     const auto classes = NVRNORV20::TNamespacePopulator::PopulateFromXMLFile(ns, document->path);
-    seconds += ThreadSeconds() - start;
+    seconds += orvbench::ThreadSeconds() - start;
     state.PauseTiming();
     if (classes.size() != document->classes) {
       state.SkipWithError("the document did not load whole");
@@ -237,7 +164,7 @@ std::vector<TDocument> LoadDocuments() {
   for (const auto &entry : corpusDocuments) {
     TDocument document;
     std::string corpusText;
-    if (!ReadText(entry.path, corpusText)) {
+    if (!orvbench::ReadText(entry.path, corpusText)) {
       std::fprintf(stderr, "corpus missing: %s skipped\n", entry.path.c_str());
       continue;
     }
@@ -251,7 +178,7 @@ std::vector<TDocument> LoadDocuments() {
   for (TDocument &document : documents) {
     document.bytes.push_back('\0');
     document.classes = ParseInto(PreparedNamespace(document), document);
-    document.tokenizerSeconds = TimeTokenizer(document);
+    document.tokenizerSeconds = orvbench::BestTokenizerSeconds(document.bytes.data());
     if (!logger.firstError.empty())
       std::fprintf(stderr, "%s: %s\n", document.name.c_str(), logger.firstError.c_str());
     logger.firstError.clear();

@@ -3,6 +3,7 @@
 // same bytes, and a memchr pass over the buffer as the memory-bandwidth
 // ceiling. Documents: a generated class document of about 30 MB, and the
 // large schema documents of the shared corpus when they are there.
+#include "support/BenchSupport.h"
 #include "support/CIMXMLGenerator.h"
 #include "xml/XmlParser.h"
 
@@ -36,68 +37,25 @@ struct TDocument {
   std::size_t Size() const { return bytes.size() - 1; }
 };
 
-std::vector<char> Terminated(const std::string &text) {
-  std::vector<char> bytes(text.begin(), text.end());
-  bytes.push_back('\0');
-  return bytes;
-}
-
-bool ReadFile(const std::string &path, std::string &text) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream)
-    return false;
-  text.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  return !text.empty();
-}
-
-// The benchmarks do not link zlib themselves; gzip does the inflating.
-bool ReadGzipFile(const std::string &path, std::string &text) {
-  std::ifstream probe(path, std::ios::binary);
-  if (!probe)
-    return false;
-  const std::string command = "gzip -dc '" + path + "'";
-  FILE *pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr)
-    return false;
-  char chunk[1 << 16];
-  std::size_t got;
-  text.clear();
-  while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0)
-    text.append(chunk, got);
-  return pclose(pipe) == 0 && !text.empty();
-}
-
 std::vector<TDocument> LoadDocuments() {
   std::vector<TDocument> documents;
   const std::size_t classCount = orvbench::ClassCountForSize(30u << 20);
-  documents.push_back({"generated", Terminated(orvbench::GenerateClassDocument(classCount))});
+  documents.push_back({"generated", orvbench::Terminated(orvbench::GenerateClassDocument(classCount))});
 
   const std::string corpus = ORV_CORPUS_DIR;
   std::string text;
-  if (ReadFile(corpus + "/dmtf-cim-2.49.0-compiled/cim_schema_2.49.0.xml", text))
-    documents.push_back({"cim_schema_2.49.0", Terminated(text)});
+  if (orvbench::ReadText(corpus + "/dmtf-cim-2.49.0-compiled/cim_schema_2.49.0.xml", text))
+    documents.push_back({"cim_schema_2.49.0", orvbench::Terminated(text)});
   else
     std::fprintf(stderr, "corpus missing: cim_schema_2.49.0.xml skipped\n");
-  if (ReadGzipFile(corpus + "/dmtf-cim-2.42.0-xml/cim_schema_2.42.0_all_classes.xml.gz", text))
-    documents.push_back({"cim_schema_2.42.0_all", Terminated(text)});
+  if (orvbench::ReadText(corpus + "/dmtf-cim-2.42.0-xml/cim_schema_2.42.0_all_classes.xml.gz", text))
+    documents.push_back({"cim_schema_2.42.0_all", orvbench::Terminated(text)});
   else
     std::fprintf(stderr, "corpus missing: cim_schema_2.42.0_all_classes.xml.gz skipped\n");
   return documents;
 }
 
-class TNullTokenizer : public NVRNORV20::TXmlParser {
-public:
-  void StartElement(const char *, TAttributes &) override {}
-  void EndElement(const char *) override {}
-  void processingInstruction(const char *, const char *) override {}
-  void characters(const char *, unsigned) override {}
-  void notationDecl(const char *, const char *, const char *) override {}
-  void FatalError(const char *message) override {
-    if (firstError.empty())
-      firstError = message;
-  }
-  std::string firstError;
-};
+using orvbench::TNullTokenizer;
 
 void Finish(benchmark::State &state, const TDocument &document) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
