@@ -25,6 +25,18 @@ void AppendPathKey(std::string &key, const TCIMValue &value) {
   key += value.ToMOF();
 }
 
+/// The registry text of an instance's own key values; empty when its class
+/// has no keys (such instances are not filed by path).
+std::string InstancePathKey(TCIMInstance &instance) {
+  const auto keys = instance.GetKeyValues();
+  if (keys.empty())
+    return std::string();
+  std::string key = PathKeyStart(instance.GetClassName());
+  for (const auto &binding : keys)
+    AppendPathKey(key, binding.second);
+  return key;
+}
+
 } // namespace
 
 TCIMNamespace::TCIMNamespace(std::string namespaceName) : name(std::move(namespaceName)) {}
@@ -65,15 +77,9 @@ void TCIMNamespace::RegisterInstance(const boost::shared_ptr<TCIMInstance> &inst
   TClassEntry *entry = FindEntry(instance->GetClassName());
   if (!entry || entry->cimClass != instance->GetClass())
     Fail(kORVStatusSchemaLookup);
-  std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>> keys =
-      instance->GetKeyValues();
-  if (!keys.empty()) {
-    std::string key = PathKeyStart(instance->GetClassName());
-    for (const auto &binding : keys)
-      AppendPathKey(key, binding.second);
-    if (!instancesByPath.emplace(std::move(key), instance).second)
-      Fail(kORVStatusAlreadyExists);
-  }
+  std::string key = InstancePathKey(*instance);
+  if (!key.empty() && !instancesByPath.emplace(std::move(key), instance).second)
+    Fail(kORVStatusAlreadyExists);
   const std::uint64_t sequence = ++lastInstanceSequence;
   instance->SetSequence(sequence);
   entry->instances.emplace_hint(entry->instances.end(), sequence, instance);
@@ -255,14 +261,9 @@ void TCIMNamespace::DeleteInstance(const TCIMReference &path, const TCIMOptions 
   boost::shared_ptr<TCIMInstance> instance = FindInstance(path);
   if (!instance)
     Fail(kORVStatusNoSuchInstance);
-  std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>> keys =
-      instance->GetKeyValues();
-  if (!keys.empty()) {
-    std::string key = PathKeyStart(instance->GetClassName());
-    for (const auto &binding : keys)
-      AppendPathKey(key, binding.second);
+  const std::string key = InstancePathKey(*instance);
+  if (!key.empty())
     instancesByPath.erase(key);
-  }
   if (TClassEntry *entry = FindEntry(instance->GetClassName()))
     entry->instances.erase(instance->GetSequence());
   instanceOrder.erase(instance->GetSequence());
