@@ -2,9 +2,7 @@
 
 #include <malloc.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <fstream>
 
 namespace orvbench {
@@ -43,23 +41,6 @@ std::vector<char> Terminated(const std::string &text) {
   std::vector<char> bytes(text.begin(), text.end());
   bytes.push_back('\0');
   return bytes;
-}
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-double BestTokenizerSeconds(char *buffer) {
-  double best = 1e30;
-  for (int run = 0; run < 3; ++run) {
-    const double start = ThreadSeconds();
-    TNullTokenizer tokenizer;
-    tokenizer.Parse(buffer);
-    best = std::min(best, ThreadSeconds() - start);
-  }
-  return best;
 }
 
 double PeakGrowth(const std::function<void()> &load) {

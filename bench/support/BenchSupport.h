@@ -1,6 +1,6 @@
 // What the benchmark programs share: reading documents, a tokenizer that
-// does nothing, a logger that keeps the first error, processor time, and
-// the peak memory that one load adds.
+// does nothing, a logger that keeps the first error, and the peak memory
+// that one load adds.
 #ifndef ORV_BENCH_SUPPORT_BENCHSUPPORT_H
 #define ORV_BENCH_SUPPORT_BENCHSUPPORT_H
 
@@ -45,15 +45,6 @@ public:
   }
   std::string firstError;
 };
-
-/// Processor time of this thread, in seconds: the machine may be shared,
-/// and ratios between runs should not depend on what else runs.
-double ThreadSeconds();
-
-/// The best of three runs of the tokenizer alone over the buffer, in
-/// processor seconds. The tokenizer leaves the buffer as it found it but
-/// for attribute names folded to lower case, so it can be run again.
-double BestTokenizerSeconds(char *buffer);
 
 /// The growth of the peak resident size, in bytes, while load runs; -1
 /// where the system cannot reset its peak mark.
