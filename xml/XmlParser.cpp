@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <tuple>
@@ -85,11 +86,28 @@ inline int Lower(char c) {
 }
 
 // Names are short: a plain loop beats a call to memcmp.
+// Names are compared a word at a time: element names such as
+// "qualifier.declaration" are long enough for a byte loop to show.
 inline bool SameBytes(const char *a, const char *b, std::size_t length) {
-  for (std::size_t i = 0; i < length; ++i)
-    if (a[i] != b[i])
+  if (length < sizeof(std::uint64_t)) {
+    for (std::size_t i = 0; i < length; ++i)
+      if (a[i] != b[i])
+        return false;
+    return true;
+  }
+  std::uint64_t left = 0;
+  std::uint64_t right = 0;
+  std::size_t i = 0;
+  for (; i + sizeof left <= length; i += sizeof left) {
+    std::memcpy(&left, a + i, sizeof left);
+    std::memcpy(&right, b + i, sizeof right);
+    if (left != right)
       return false;
-  return true;
+  }
+  // The last word overlaps the one before.
+  std::memcpy(&left, a + length - sizeof left, sizeof left);
+  std::memcpy(&right, b + length - sizeof right, sizeof right);
+  return left == right;
 }
 
 std::size_t CountLineFeeds(const char *from, const char *to) {
@@ -481,6 +499,12 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
     return EStartTag::kFailed;
   const std::size_t nameLength = static_cast<std::size_t>(cursor - name);
   TAttributes attributes = GetAttributeNValue();
+  // However the tag ends, its map serves a later tag with the same names.
+  struct TKeeper {
+    TXmlParser &parser;
+    TAttributes &attributes;
+    ~TKeeper() { parser.KeepAttributes(attributes); }
+  } keeper{*this, attributes};
 
   bool empty = false;
   const char closer = NextByte();
@@ -628,45 +652,46 @@ bool TXmlParser::ParseElement() {
 // then fails. Every exit returns the attributes read so far; the one that
 // failed is not among them.
 TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
-  TAttributes attributes;
+  pendingAttributes.clear();
   bool separated = SkipBlanks();
   for (;;) {
     if (!separated)
-      return attributes;
+      return BuildAttributes();
     const char next = ByteAtCursor();
     if (next == '%' || next == '/' || next == '>')
-      return attributes;
+      return BuildAttributes();
     char *name = cursor;
     if (!ConsumeName())
-      return attributes;
+      return BuildAttributes();
     char *nameEnd = cursor;
     SkipBlanks();
     if (NextByte() != '=') {
       FatalError("Unexpected character between attribute name and value");
-      return attributes;
+      return BuildAttributes();
     }
     SkipBlanks();
     const char quote = NextByte();
     if (quote != '"' && quote != '\'') {
       FatalError("Unexpected character after equals of attribute name");
-      return attributes;
+      return BuildAttributes();
     }
     char *value = cursor;
     if (!ScanAttributeValue(quote))
-      return attributes;
+      return BuildAttributes();
     char *valueEnd = cursor - 1;
 
     // Names are folded in the buffer itself, for good; values stay raw.
     FoldAttributeName(name, nameEnd);
-    // Writers often put attributes in alphabetical order; the hint makes
-    // each of those inserts a single comparison.
-    const std::size_t sizeBefore = attributes.size();
-    attributes.emplace_hint(attributes.end(), std::piecewise_construct,
-                            std::forward_as_tuple(name, nameEnd),
-                            std::forward_as_tuple(value, valueEnd));
-    if (attributes.size() == sizeBefore) {
-      // The first value stays. Both runs are terminated while we report,
-      // as they are while the pair is made.
+    const std::size_t nameLength = static_cast<std::size_t>(nameEnd - name);
+    bool repeated = false;
+    for (const TPendingAttribute &earlier : pendingAttributes)
+      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
+        repeated = true;
+    if (!repeated) {
+      pendingAttributes.push_back(
+          {name, nameLength, value, static_cast<std::size_t>(valueEnd - value)});
+    } else {
+      // The first value stays. Both runs are terminated while we report.
       const char keptNameEnd = *nameEnd;
       WriteByte(nameEnd, '\0');
       TByteRestorer restoreQuote(valueEnd, *valueEnd);
@@ -681,6 +706,90 @@ TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
     }
     separated = SkipBlanks();
   }
+}
+
+namespace {
+
+/// The map's own order: plain byte-wise comparison, shorter first on a tie.
+int CompareNames(const char *left, std::size_t leftLength, const char *right,
+                 std::size_t rightLength) {
+  const int order = std::memcmp(left, right, std::min(leftLength, rightLength));
+  if (order != 0)
+    return order;
+  return leftLength < rightLength ? -1 : (leftLength > rightLength ? 1 : 0);
+}
+
+/// A value longer than this is not worth keeping a map's storage for.
+constexpr std::size_t kLongestKeptValue = 256;
+
+} // namespace
+
+TXmlParser::TAttributes TXmlParser::BuildAttributes() {
+  takenMap = kKeptMaps;
+  const std::size_t count = pendingAttributes.size();
+  if (count == 0)
+    return TAttributes();
+  keepBuiltMap = true;
+  for (const TPendingAttribute &pending : pendingAttributes)
+    if (pending.valueLength > kLongestKeptValue)
+      keepBuiltMap = false;
+  // Insertion sort: a tag has a handful of attributes, often in order.
+  for (std::size_t i = 1; i < count; ++i) {
+    const TPendingAttribute moving = pendingAttributes[i];
+    std::size_t j = i;
+    for (; j > 0; --j) {
+      const TPendingAttribute &before = pendingAttributes[j - 1];
+      if (CompareNames(before.name, before.nameLength, moving.name, moving.nameLength) < 0)
+        break;
+      pendingAttributes[j] = before;
+    }
+    pendingAttributes[j] = moving;
+  }
+
+  // One pass per kept map compares its names and overwrites its values: a
+  // map that turns out to differ has lost nothing it needs.
+  for (std::size_t slot = 0; slot < kKeptMaps; ++slot) {
+    TAttributes &kept = keptMaps[slot];
+    if (kept.size() != count)
+      continue;
+    auto entry = kept.begin();
+    for (const TPendingAttribute &pending : pendingAttributes) {
+      const std::string &keptName = entry->first;
+      if (keptName.size() != pending.nameLength ||
+          !SameBytes(keptName.data(), pending.name, pending.nameLength))
+        break;
+      std::string &value = entry->second;
+      value.clear();
+      value.append(pending.value, pending.valueLength);
+      ++entry;
+    }
+    if (entry != kept.end())
+      continue;
+    takenMap = slot;
+    return std::move(kept);
+  }
+
+  TAttributes attributes;
+  for (const TPendingAttribute &pending : pendingAttributes)
+    attributes.emplace_hint(attributes.end(), std::piecewise_construct,
+                            std::forward_as_tuple(pending.name, pending.nameLength),
+                            std::forward_as_tuple(pending.value, pending.valueLength));
+  return attributes;
+}
+
+// The map goes back to where it came from, or takes the place of the
+// oldest kept one. Moving a map neither allocates nor throws. A map that
+// held a long value is let go rather than keep that storage.
+void TXmlParser::KeepAttributes(TAttributes &attributes) noexcept {
+  std::size_t slot = takenMap;
+  takenMap = kKeptMaps;
+  if (attributes.empty() || !keepBuiltMap)
+    return;
+  if (slot >= kKeptMaps) {
+    slot = nextKeptMap;
+    nextKeptMap = (nextKeptMap + 1) % kKeptMaps;
+  }
+  keptMaps[slot] = std::move(attributes);
 }
 
 // Scans a value from the cursor to the closing quote and leaves the cursor

@@ -157,6 +157,27 @@ private:
     const char *stop = nullptr;
   };
   TFailedSearch failedSearches[kTerminatorCount];
+
+  // Attribute maps are built from a tag's attributes gathered first, sorted
+  // by name. The maps of recent tags are kept, and a tag whose names are
+  // those of a kept map takes that map and overwrites its values: CIM-XML
+  // repeats a few sets of attribute names, so most maps cost no allocation
+  // and no tree work.
+  struct TPendingAttribute {
+    const char *name;
+    std::size_t nameLength;
+    const char *value;
+    std::size_t valueLength;
+  };
+  static constexpr std::size_t kKeptMaps = 8;
+  std::vector<TPendingAttribute> pendingAttributes;
+  TAttributes keptMaps[kKeptMaps];
+  std::size_t nextKeptMap = 0;
+  /// Where the map being built came from, or kKeptMaps for a new one.
+  std::size_t takenMap = kKeptMaps;
+  bool keepBuiltMap = true;
+  TAttributes BuildAttributes();
+  void KeepAttributes(TAttributes &attributes) noexcept;
 };
 
 } // namespace NVRNORV20

@@ -142,6 +142,40 @@ TEST(XmlParserAttributes, Forms) {
   });
 }
 
+// Maps of earlier tags are reused: every tag must still see exactly its own
+// names and values, whatever the tags before it held or the handler did
+// with their maps.
+TEST(XmlParserAttributes, EachTagSeesOnlyItsOwnEntries) {
+  TRecordingHandler handler(TRecordingHandler::EOnError::kReturn);
+  handler.additions["b"] = {{"added", "1"}};
+  handler.removals["c"] = {"x"};
+  const std::string longValue(300, 'v');
+  const std::string document = "<r>"
+                               "<a x='1' y='2'/><a y='3' x='4'/><a x='5' z='6'/>"
+                               "<b x='7' y='8'/><a x='9' y='10'/>"
+                               "<c x='11' y='12'/><a x='13' y='14'/>"
+                               "<a x='" + longValue + "' y='15'/><a x='16' y='17'/>"
+                               "<a x='18' X='19' y='20'/><a x='21' y='22'/>"
+                               "<a/><a y='23'/></r>";
+  const std::string expected = "S:r S:a{x=1,y=2} E:a S:a{x=4,y=3} E:a S:a{x=5,z=6} E:a "
+                               "S:b{x=7,y=8} E:b S:a{x=9,y=10} E:a "
+                               "S:c{x=11,y=12} E:c S:a{x=13,y=14} E:a "
+                               "S:a{x=" + longValue + ",y=15} E:a S:a{x=16,y=17} E:a "
+                               "F:Attribute appears twice@1 S:a{x=18,y=20} E:a "
+                               "S:a{x=21,y=22} E:a S:a E:a S:a{y=23} E:a E:r";
+  EXPECT_EQ(expected, handler.Run(document));
+  // Twelve distinct sets in turn, more than are kept, and back again.
+  std::string many = "<r>";
+  std::string manyExpected = "S:r";
+  for (int round = 0; round < 2; ++round)
+    for (char name = 'a'; name < 'm'; ++name) {
+      const std::string value = std::to_string(round) + name;
+      many += std::string("<e ") + name + "='" + value + "' q='" + value + "'/>";
+      manyExpected += std::string(" S:e{") + name + "=" + value + ",q=" + value + "} E:e";
+    }
+  EXPECT_EQ(manyExpected + " E:r", handler.Run(many + "</r>"));
+}
+
 // A locale whose folding is not ASCII's (as in a Turkish locale, where the
 // capital I folds to a dotless i) makes names go through the locale's own
 // facet instead of the inline fast path.
