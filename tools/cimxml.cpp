@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 #include <string>
 #include <vector>
 
@@ -115,10 +117,22 @@ bool FileExists(const std::string &path) {
   return true;
 }
 
-/// The bundled example: in the source tree for a binary of the build tree,
-/// else where it is installed. Empty when neither exists.
+/// Where an installed tool finds its examples: beside its own binary, so
+/// that a tree installed under any prefix, or moved, still finds them.
+std::string InstalledExamplesBesideBinary() {
+  std::error_code error;
+  const std::filesystem::path binary = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error)
+    return std::string();
+  return (binary.parent_path() / ORV_EXAMPLES_FROM_BINARY).lexically_normal().string();
+}
+
+/// The bundled example: beside an installed binary, in the source tree for
+/// a binary of the build tree, else where the build meant to install it.
+/// Empty when none exists.
 std::string FindBundledExample() {
   const std::string candidates[] = {
+      InstalledExamplesBesideBinary() + "/schema.xml",
       std::string(ORV_SOURCE_EXAMPLES_DIR) + "/schema.xml",
       std::string(ORV_INSTALLED_EXAMPLES_DIR) + "/schema.xml",
   };
