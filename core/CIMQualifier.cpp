@@ -3,6 +3,8 @@
 #include "core/Mof.h"
 #include "core_api/ORVStatusCode.h"
 
+#include <boost/make_shared.hpp>
+
 namespace NVRNORV20 {
 
 TCIMQualifierDecl::TCIMQualifierDecl(std::string declName, const TCIMValue &defaultVal,
@@ -64,28 +66,29 @@ TCIMQualifier::Make(boost::shared_ptr<ICIMQualifierDecl> declaration, const TCIM
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
   TCIMValue fitted = FitValue(value, declaration->GetType());
   std::string name = declaration->GetName();
-  return boost::shared_ptr<TCIMQualifier>(
-      new TCIMQualifier(std::move(name), std::move(declaration), std::move(fitted), flavor, false));
+  return boost::make_shared<TCIMQualifier>(std::move(name), std::move(declaration),
+                                           std::move(fitted), flavor, false);
 }
 
 boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakeAbsent(const std::string &name) {
-  return boost::shared_ptr<TCIMQualifier>(
-      new TCIMQualifier(name, boost::shared_ptr<ICIMQualifierDecl>(), TCIMValue(),
-                        ICIMQualifierDecl::kFlavorDefault, false));
+  return boost::make_shared<TCIMQualifier>(name, boost::shared_ptr<ICIMQualifierDecl>(),
+                                           TCIMValue(), ICIMQualifierDecl::kFlavorDefault, false);
 }
 
 boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakePropagated(ICIMQualifier &inherited) {
-  return boost::shared_ptr<TCIMQualifier>(
-      new TCIMQualifier(inherited.GetName(), inherited.GetDeclaration(), inherited.GetValue(),
-                        inherited.GetFlavor(), true));
+  return boost::make_shared<TCIMQualifier>(inherited.GetName(), inherited.GetDeclaration(),
+                                           inherited.GetValue(), inherited.GetFlavor(), true);
 }
 
 TCIMQualifier::TCIMQualifier(std::string qualifierName,
                              boost::shared_ptr<ICIMQualifierDecl> qualifierDecl,
                              TCIMValue qualifierValue, std::uint32_t qualifierFlavor,
                              bool isPropagated)
-    : name(std::move(qualifierName)), declaration(std::move(qualifierDecl)),
-      value(std::move(qualifierValue)), flavor(qualifierFlavor), propagated(isPropagated) {}
+    : declaration(std::move(qualifierDecl)), value(std::move(qualifierValue)),
+      flavor(qualifierFlavor), propagated(isPropagated) {
+  if (!declaration || declaration->GetName() != qualifierName)
+    ownName = std::make_unique<const std::string>(std::move(qualifierName));
+}
 
 TCIMValue TCIMQualifier::FitValue(const TCIMValue &given, TCIMType declared) {
   const TCIMType type = given.GetType();
@@ -97,7 +100,7 @@ TCIMValue TCIMQualifier::FitValue(const TCIMValue &given, TCIMType declared) {
 }
 
 const std::string &TCIMQualifier::GetName(const TCIMOptions &) {
-  return name;
+  return ownName ? *ownName : declaration->GetName();
 }
 
 boost::shared_ptr<ICIMQualifierDecl> TCIMQualifier::GetDeclaration(const TCIMOptions &) {
@@ -127,12 +130,12 @@ void TCIMQualifier::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
 
 std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
   if (value.GetType() == kCIMTypeBoolean && !value.IsNull() && value.GetBoolean())
-    return name;
+    return GetName();
   // An array value is written as an array initializer, which MOF places
   // after the name without parentheses.
   if (value.IsArray() && !value.IsNull())
-    return name + " " + value.ToMOF();
-  return name + "(" + value.ToMOF() + ")";
+    return GetName() + " " + value.ToMOF();
+  return GetName() + "(" + value.ToMOF() + ")";
 }
 
 TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) {

@@ -9,6 +9,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -80,7 +81,11 @@ public:
   static TCIMValue FitValue(const TCIMValue &value, TCIMType declared);
 
 private:
-  std::string name;
+  /// A qualifier is named by its declaration; only one whose name differs
+  /// from its declaration's (or that has none) keeps a name of its own.
+  /// Schemas hold tens of thousands of qualifiers, and a copy of the name
+  /// in each would cost a string apiece.
+  std::unique_ptr<const std::string> ownName;
   boost::shared_ptr<ICIMQualifierDecl> declaration;
   TCIMValue value;
   std::uint32_t flavor;
