@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -312,8 +313,28 @@ const std::string &TCIMValue::TCIMType::GetName() const {
 
 // ---- construction ----------------------------------------------------------
 
+// Arrays, which schemas hold by the ten thousand, need no path: a
+// reference value's path lives apart, made when one is set.
 struct TCIMValue::TPayload {
-  TCIMReference reference;
+  TPayload() = default;
+  TPayload(const TPayload &other)
+      : elements(other.elements), referencedClass(other.referencedClass) {
+    if (other.path)
+      path = std::make_unique<TCIMReference>(*other.path);
+  }
+  TPayload &operator=(const TPayload &) = delete;
+
+  const TCIMReference &Reference() const {
+    static const TCIMReference kNoPath;
+    return path ? *path : kNoPath;
+  }
+  TCIMReference &MutableReference() {
+    if (!path)
+      path = std::make_unique<TCIMReference>();
+    return *path;
+  }
+
+  std::unique_ptr<TCIMReference> path;
   std::vector<TCIMValue> elements;
   boost::weak_ptr<ICIMClass> referencedClass;
 };
@@ -475,7 +496,7 @@ TCIMValue::TCIMValue(TCIMType valueType, const std::string &valueText,
     dateTime = TCIMDateTime::Parse(begin, valueText.size());
     break;
   case kCIMTypeReference:
-    OwnPayload().reference = TCIMReference::Parse(begin, valueText.size(), std::move(ns));
+    OwnPayload().MutableReference() = TCIMReference::Parse(begin, valueText.size(), std::move(ns));
     break;
   default:
     Throw(kORVStatusInvalidArgument);
@@ -501,7 +522,7 @@ TCIMValue::TCIMValue(const TCIMDateTime &value)
     : type(kCIMTypeDateTime), null(false), dateTime(value) {}
 
 TCIMValue::TCIMValue(const TCIMReference &value) : type(kCIMTypeReference), null(false) {
-  OwnPayload().reference = value;
+  OwnPayload().MutableReference() = value;
 }
 
 TCIMValue TCIMValue::MakeUnsigned(ECIMType type, std::uint64_t value) {
@@ -566,7 +587,7 @@ void CheckAccess(bool typeFits, bool isNull) {
 
 TCIMValue::operator TCIMReference() const {
   if (type == kCIMTypeReference && !null)
-    return payload->reference;
+    return payload->Reference();
   return TCIMReference();
 }
 
@@ -602,7 +623,7 @@ TCIMDateTime TCIMValue::GetDateTime() const {
 
 TCIMReference TCIMValue::GetReference() const {
   CheckAccess(type == kCIMTypeReference, null);
-  return payload->reference;
+  return payload->Reference();
 }
 
 const std::vector<TCIMValue> &TCIMValue::GetElements() const {
@@ -632,7 +653,7 @@ void TCIMValue::Set(const TCIMReference &newReference) {
   // The referenced class stays: it belongs to the declaration the value
   // fills, not to the path.
   auto fresh = boost::make_shared<TPayload>();
-  fresh->reference = newReference;
+  fresh->MutableReference() = newReference;
   if (payload)
     fresh->referencedClass = payload->referencedClass;
   ChangeStorage(kCIMTypeReference);
@@ -751,7 +772,7 @@ std::string TCIMValue::ToString() const {
     out = dateTime.ToString();
     break;
   case kCIMTypeReference:
-    out = payload->reference.ToString();
+    out = payload->Reference().ToString();
     break;
   default:
     break;
@@ -779,7 +800,7 @@ bool TCIMValue::operator==(const TCIMValue &other) const {
   case kCIMTypeDateTime:
     return dateTime == other.dateTime;
   case kCIMTypeReference:
-    return payload == other.payload || payload->reference == other.payload->reference;
+    return payload == other.payload || payload->Reference() == other.payload->Reference();
   case kCIMTypeSint8:
   case kCIMTypeSint16:
   case kCIMTypeSint32:
