@@ -15,5 +15,7 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
 FUZZ_SECONDS="${FUZZ_SECONDS:-20}" bash scripts/fuzz-smoke.sh
 
+bash scripts/valgrind-check.sh
+
 cd build/test
 ctest --output-on-failure -j2
