@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The test job: build everything with AddressSanitizer and
 # UndefinedBehaviorSanitizer, warnings as errors; run both fuzz targets
-# briefly on their seeds; then run the whole suite.
+# briefly on their seeds; run the cimxml tool under valgrind on the
+# examples; then run the whole suite.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
