@@ -7,6 +7,7 @@
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 #include "support/CapturingLogger.h"
+#include "support/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -43,6 +44,8 @@ using namespace NVRNORV20;
 
 namespace {
 
+using orvtest::Gzipped;
+
 enum class EEntry { kClasses, kInstances };
 
 const char *EntryName(EEntry entry) {
@@ -56,45 +59,18 @@ std::string Note(const std::string &path) {
   return "Previous error was while parsing file '" + path + "'";
 }
 
-/// One gzip member (no name in its header) holding bytes at a deflate level;
-/// level 0 stores them as they are.
-std::string Gzipped(const std::string &bytes, int level) {
-  std::vector<Bytef> out(compressBound(static_cast<uLong>(bytes.size())) + 64);
-  z_stream stream{};
-  deflateInit2(&stream, level, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
-  stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = out.data();
-  stream.avail_out = static_cast<uInt>(out.size());
-  deflate(&stream, Z_FINISH);
-  deflateEnd(&stream);
-  return std::string(reinterpret_cast<char *>(out.data()), stream.total_out);
-}
-
 /// The gzip header that Gzipped writes and the trailer (CRC, size).
 const std::size_t kGzipHeaderSize = 10;
 const std::size_t kGzipTrailerSize = 8;
 
 class FileFaultsTest : public ::testing::Test {
 protected:
-  FileFaultsTest() : ns(CreateCIMNamespace("root/faults")) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orvfaultXXXXXX").string();
-    if (mkdtemp(&pattern[0]) != nullptr)
-      folder = pattern;
-  }
-  ~FileFaultsTest() override {
-    std::error_code ignored;
-    if (!folder.empty())
-      std::filesystem::remove_all(folder, ignored);
-  }
+  FileFaultsTest() : ns(CreateCIMNamespace("root/faults")) {}
 
   void SetUp() override { ASSERT_FALSE(folder.empty()) << "no temporary folder"; }
 
   std::string Write(const std::string &name, const std::string &bytes) const {
-    const std::string path = folder + "/" + name;
-    std::ofstream(path, std::ios::binary)
-        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return path;
+    return scratch.Write(name, bytes);
   }
 
   /// Loads through one entry point into ns; the status that it threw, or
@@ -121,7 +97,9 @@ protected:
 
   orvtest::TCapturingLogger logger;
   boost::shared_ptr<ICIMNamespace> ns;
-  std::string folder;
+  orvtest::TTemporaryFolder scratch{"orvfault"};
+  /// Empty when the scratch folder could not be made.
+  const std::string folder = scratch.Path();
 };
 
 // Damage inside a real gzip document. The places that zlib always notices

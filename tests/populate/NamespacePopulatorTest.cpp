@@ -7,6 +7,7 @@
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 #include "support/CapturingLogger.h"
+#include "support/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -25,6 +26,8 @@ using namespace NVRNORV20;
 
 namespace {
 
+using orvtest::Gzipped;
+
 /// Parses as far as the root and rejects foo there: the log line proves the
 /// bytes reached the parser.
 const char kDocument[] = "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\"><foo/></CIM>\n";
@@ -34,34 +37,14 @@ enum class EEntry { kClasses, kInstances };
 
 class TNamespacePopulatorTest : public ::testing::Test {
 protected:
-  TNamespacePopulatorTest() : ns(CreateCIMNamespace("root/test")) {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orvpopXXXXXX").string();
-    if (mkdtemp(&pattern[0]) != nullptr)
-      folder = pattern;
-  }
-  ~TNamespacePopulatorTest() override {
-    std::error_code ignored;
-    if (!folder.empty())
-      std::filesystem::remove_all(folder, ignored);
-  }
+  TNamespacePopulatorTest() : ns(CreateCIMNamespace("root/test")) {}
 
-  std::string PathOf(const std::string &name) const { return folder + "/" + name; }
-
+  std::string PathOf(const std::string &name) const { return scratch.PathOf(name); }
   std::string WritePlain(const std::string &name, const std::string &bytes) const {
-    const std::string path = PathOf(name);
-    std::ofstream(path, std::ios::binary)
-        .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return path;
+    return scratch.Write(name, bytes);
   }
-
   std::string WriteGzip(const std::string &name, const std::string &bytes) const {
-    const std::string path = PathOf(name);
-    gzFile file = gzopen(path.c_str(), "wb");
-    EXPECT_NE(nullptr, file);
-    if (!bytes.empty())
-      gzwrite(file, bytes.data(), static_cast<unsigned>(bytes.size()));
-    gzclose(file);
-    return path;
+    return scratch.WriteGzip(name, bytes);
   }
 
   /// Loads through one entry point; the status that it threw, or 0.
@@ -83,22 +66,11 @@ protected:
 
   orvtest::TCapturingLogger logger;
   boost::shared_ptr<ICIMNamespace> ns;
-  std::string folder;
+  orvtest::TTemporaryFolder scratch{"orvpop"};
+  /// Empty when the scratch folder could not be made.
+  const std::string folder = scratch.Path();
 };
 
-/// One gzip member holding bytes; level 0 stores them uncompressed.
-std::string Gzipped(const std::string &bytes, int level = Z_DEFAULT_COMPRESSION) {
-  std::vector<Bytef> out(compressBound(static_cast<uLong>(bytes.size())) + 64);
-  z_stream stream{};
-  deflateInit2(&stream, level, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
-  stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.data()));
-  stream.avail_in = static_cast<uInt>(bytes.size());
-  stream.next_out = out.data();
-  stream.avail_out = static_cast<uInt>(out.size());
-  deflate(&stream, Z_FINISH);
-  deflateEnd(&stream);
-  return std::string(reinterpret_cast<char *>(out.data()), stream.total_out);
-}
 
 /// A gzip file cut before its trailer, whose stored payload ends in the
 /// size that the file's last four bytes then claim.

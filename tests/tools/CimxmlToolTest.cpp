@@ -3,6 +3,7 @@
 #include "core_api/CIMInterfaces.h"
 #include "populate/NamespacePopulator.h"
 #include "support/CapturingLogger.h"
+#include "support/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -39,29 +40,11 @@ std::string ReadAll(const std::string &path) {
 
 class TCimxmlToolTest : public ::testing::Test {
 protected:
-  TCimxmlToolTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orvtoolXXXXXX").string();
-    if (mkdtemp(&pattern[0]) != nullptr)
-      folder = pattern;
-  }
-  ~TCimxmlToolTest() override {
-    std::error_code ignored;
-    if (!folder.empty())
-      std::filesystem::remove_all(folder, ignored);
-  }
-
   std::string Write(const std::string &name, const std::string &bytes) const {
-    const std::string path = folder + "/" + name;
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
+    return scratch.Write(name, bytes);
   }
-
   std::string WriteGzip(const std::string &name, const std::string &bytes) const {
-    const std::string path = folder + "/" + name;
-    gzFile file = gzopen(path.c_str(), "wb");
-    gzwrite(file, bytes.data(), static_cast<unsigned>(bytes.size()));
-    gzclose(file);
-    return path;
+    return scratch.WriteGzip(name, bytes);
   }
 
   /// Runs the tool with the arguments, its output streams caught in files.
@@ -95,7 +78,9 @@ protected:
     return run;
   }
 
-  std::string folder;
+  orvtest::TTemporaryFolder scratch{"orvtool"};
+  /// Empty when the scratch folder could not be made.
+  const std::string folder = scratch.Path();
 };
 
 /// True when text is prefix, then one or more decimal digits, then suffix.
