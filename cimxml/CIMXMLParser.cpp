@@ -345,36 +345,45 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
                                              TAttributes &attributes, const TChildRow *rows,
                                              std::size_t rowCount, std::int32_t lastPhase,
                                              EMiss miss) {
-  if (phase < 0 || phase > lastPhase) {
+  if (phase < 0 || phase > lastPhase)
     parser.FatalError("Parser state corrupt");
-  } else {
-    const TChildRow *found = nullptr;
-    for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
-      const TChildRow &row = rows[i];
-      if (phase >= row.firstPhase && phase <= row.lastPhase &&
-          name.size() == std::strlen(row.name) &&
-          std::memcmp(name.data(), row.name, name.size()) == 0)
-        found = &row;
-    }
-    if (found != nullptr) {
-      // The phase moves before the child starts, so a child whose own start
-      // tag fails still counts as seen.
-      if (found->phaseAfter != kKeepPhase)
-        phase = found->phaseAfter;
-      if (found->make != nullptr) {
-        TParseStatePtr child = found->make(parser, *this);
-        if (child)
-          parser.stateStack.push_back(child);
-      }
-    } else {
-      if (miss == EMiss::kFallThrough)
-        phase = lastPhase;
-      parser.FatalError(("Unexpected element " + name).c_str());
-    }
+  const TChildRow *found = nullptr;
+  for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
+    const TChildRow &row = rows[i];
+    if (phase >= row.firstPhase && phase <= row.lastPhase && name.size() == std::strlen(row.name) &&
+        std::memcmp(name.data(), row.name, name.size()) == 0)
+      found = &row;
   }
-  // Reached after FatalError only when a parser subclass returns from it.
-  if (!parser.stateStack.empty())
-    parser.stateStack.back()->ElementStart(parser, attributes);
+  if (found == nullptr) {
+    if (miss == EMiss::kFallThrough)
+      phase = lastPhase;
+    UnexpectedChild(parser, name, attributes);
+    return;
+  }
+  // The phase moves before the child starts, so a child whose own start tag
+  // fails still counts as seen.
+  if (found->phaseAfter != kKeepPhase)
+    phase = found->phaseAfter;
+  if (found->enter != nullptr) {
+    TParseStatePtr child = found->enter(parser, *this);
+    parser.stateStack.push_back(child);
+  }
+  parser.stateStack.back()->ElementStart(parser, attributes);
+}
+
+void TCIMXMLParser::TParseState::UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
+                                                 TAttributes &) {
+  parser.FatalError(("Unexpected element " + name).c_str());
+}
+
+void TCIMXMLParser::TParseState::RequireComplete(TCIMXMLParser &parser,
+                                                 std::int32_t lastPhase) const {
+  if (phase != lastPhase)
+    parser.FatalError("CIM element syntax error");
+}
+
+void TCIMXMLParser::TParseState::Log(const std::string &text) {
+  LogParseError(text);
 }
 
 void TCIMXMLParser::TParseState::Push(TCIMXMLParser &parser, const TParseStatePtr &state,

@@ -10,6 +10,7 @@
 #include "core_api/ORVExport.h"
 #include "xml/XmlParser.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
@@ -18,6 +19,7 @@
 #include <deque>
 #include <locale>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace NVRNORV20 {
@@ -114,8 +116,7 @@ public:
   /// Appends to the character-data buffer; states that hold text empty it
   /// when they are pushed and read it at their end.
   void characters(const char *data, unsigned int length) override;
-  void notationDecl(const char *name, const char *publicId,
-                    const char *systemId) override;
+  void notationDecl(const char *name, const char *publicId, const char *systemId) override;
   /// Logs "CIM-XML Parser line N:" + message at level 3 and throws status 9.
   [[noreturn]] void FatalError(const char *message) override;
 
@@ -136,8 +137,7 @@ public:
   bool HandleClassOrigin(TAttributes::iterator &attribute, std::string *classOrigin);
   bool HandlePropagated(TAttributes::iterator &attribute, bool &propagated);
   /// "overridable", "tosubclass", "translatable": sets or clears one bit.
-  bool HandleQualifierFlavor(TAttributes::iterator &attribute,
-                             ICIMQualifierDecl::EFlavor *flavor);
+  bool HandleQualifierFlavor(TAttributes::iterator &attribute, ICIMQualifierDecl::EFlavor *flavor);
   bool HandleReferenceClass(TAttributes::iterator &attribute, std::string *referenceClass);
   bool HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass);
   bool HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize);
@@ -204,23 +204,52 @@ public:
   std::int32_t phase;
 
 protected:
-  /// Makes the child's state, binding fields of the parent (the state that
-  /// accepts the child). A maker may return an empty pointer: nothing is
-  /// pushed and the child's attributes go to the state on top.
-  using TMaker = TParseStatePtr (*)(TCIMXMLParser &parser, TParseState &parent);
+  /// Builds a child's state from the state that accepts it.
+  using TEnter = TParseStatePtr (*)(TCIMXMLParser &parser, TParseState &parent);
 
   /// Leaves phase unchanged when accepting a child.
   static constexpr std::int32_t kKeepPhase = -1;
+  /// The one phase of a state whose children come in any order and number.
+  static constexpr std::int32_t kAnyOrder = 0;
 
   /// One accepted child of a content model: its lower-case element name,
-  /// the phases in which it is accepted, the phase afterwards.
+  /// the phases in which it is accepted, the phase afterwards, and how its
+  /// state is built (none: nothing is pushed, and the child's attributes go
+  /// to the state on top).
   struct TChildRow {
     const char *name;
     std::int32_t firstPhase;
     std::int32_t lastPhase;
     std::int32_t phaseAfter;
-    TMaker make;
+    TEnter enter;
   };
+
+  /// The one way a child's state is built: a state whose constructor takes
+  /// (parser, parent) binds the parent's fields that it writes its result
+  /// into; any other state is built from nothing.
+  template <class TChild, class TParent>
+  static TParseStatePtr Enter(TCIMXMLParser &parser, TParseState &parent) {
+    if constexpr (std::is_constructible_v<TChild, TCIMXMLParser &, TParent &>)
+      return boost::make_shared<TChild>(parser, static_cast<TParent &>(parent));
+    else
+      return boost::make_shared<TChild>();
+  }
+
+  /// A row whose element enters a TChild state under a TParent state.
+  template <class TChild, class TParent>
+  static constexpr TChildRow Child(const char *name, std::int32_t firstPhase,
+                                   std::int32_t lastPhase, std::int32_t phaseAfter) {
+    return TChildRow{name, firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>};
+  }
+  /// A row of a state whose children come in any order and number.
+  template <class TChild, class TParent> static constexpr TChildRow Child(const char *name) {
+    return Child<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
+  }
+  /// A row whose element is accepted without a state of its own.
+  static constexpr TChildRow Ignored(const char *name, std::int32_t firstPhase,
+                                     std::int32_t lastPhase, std::int32_t phaseAfter) {
+    return TChildRow{name, firstPhase, lastPhase, phaseAfter, nullptr};
+  }
 
   enum class EMiss {
     /// A child not accepted in this phase leaves the phase as it is.
@@ -233,9 +262,9 @@ protected:
 
   /// The one place that matches a child against a content model: a phase
   /// outside 0..lastPhase is "Parser state corrupt"; a name that no row
-  /// accepts in the current phase is "Unexpected element " + name;
-  /// otherwise the row's state is made, pushed and its phase applied. In
-  /// every case it ends by calling ElementStart of the state then on top.
+  /// accepts in the current phase goes to UnexpectedChild; otherwise the
+  /// row's phase is applied, its state built and pushed, and ElementStart of
+  /// the state then on top is called with the child's attributes.
   void AcceptChild(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
                    const TChildRow *rows, std::size_t rowCount, std::int32_t lastPhase,
                    EMiss miss = EMiss::kKeepPhase);
@@ -245,6 +274,17 @@ protected:
                    EMiss miss = EMiss::kKeepPhase) {
     AcceptChild(parser, name, attributes, rows, N, lastPhase, miss);
   }
+  /// A child that no row accepts in the current phase: "Unexpected element "
+  /// + name. A state that gives such children to another state overrides
+  /// it.
+  virtual void UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
+                               TAttributes &attributes);
+
+  /// An element that ends in another phase than its last (before its
+  /// object child, say) is "CIM element syntax error".
+  void RequireComplete(TCIMXMLParser &parser, std::int32_t lastPhase) const;
+  /// Writes one line at the level of every parse message.
+  static void Log(const std::string &text);
 
   /// Pushes a state and hands it its own start tag's attributes.
   static void Push(TCIMXMLParser &parser, const TParseStatePtr &state, TAttributes &attributes);

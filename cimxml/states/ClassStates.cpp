@@ -4,8 +4,6 @@
 #include "cimxml/states/PropertyStates.h"
 #include "cimxml/states/QualifierStates.h"
 
-#include <boost/make_shared.hpp>
-
 namespace NVRNORV20 {
 
 void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
@@ -19,42 +17,18 @@ void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser, TAttributes
   result = cls;
 }
 
-// Phases: 0 qualifiers, 1 properties, 2 methods.
 void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                               TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 0, kKeepPhase, &MakeQualifier},
-      {"property", 0, 1, 1, &MakeProperty},
-      {"property.array", 0, 1, 1, &MakePropertyArray},
-      {"property.reference", 0, 1, 1, &MakePropertyReference},
-      {"method", 0, 2, 2, &MakeMethod},
+      Child<TStateQualifier, TStateClass>("qualifier", kQualifiers, kQualifiers, kKeepPhase),
+      Child<TStatePropertyDecl, TStateClass>("property", kQualifiers, kProperties, kProperties),
+      Child<TStatePropertyArrayDecl, TStateClass>("property.array", kQualifiers, kProperties,
+                                                  kProperties),
+      Child<TStatePropertyReferenceDecl, TStateClass>("property.reference", kQualifiers,
+                                                      kProperties, kProperties),
+      Child<TStateMethod, TStateClass>("method", kQualifiers, kMethods, kMethods),
   };
-  AcceptChild(parser, name, attributes, kRows, 2, EMiss::kFallThrough);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeQualifier(TCIMXMLParser &,
-                                                                        TParseState &parent) {
-  return boost::make_shared<TStateQualifier>(static_cast<TStateClass &>(parent).cls);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeProperty(TCIMXMLParser &,
-                                                                       TParseState &parent) {
-  return boost::make_shared<TStatePropertyDecl>(static_cast<TStateClass &>(parent).cls);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakePropertyArray(TCIMXMLParser &,
-                                                                            TParseState &parent) {
-  return boost::make_shared<TStatePropertyArrayDecl>(static_cast<TStateClass &>(parent).cls);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClass::MakePropertyReference(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStatePropertyReferenceDecl>(static_cast<TStateClass &>(parent).cls);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClass::MakeMethod(TCIMXMLParser &,
-                                                                     TParseState &parent) {
-  return boost::make_shared<TStateMethod>(static_cast<TStateClass &>(parent).cls);
+  AcceptChild(parser, name, attributes, kRows, kMethods, EMiss::kFallThrough);
 }
 
 } // namespace NVRNORV20

@@ -6,6 +6,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace NVRNORV20 {
@@ -17,7 +18,12 @@ namespace NVRNORV20 {
 /// class is committed and collected by the creator, not here.
 class TCIMXMLParser::TStateClass : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateClass(boost::shared_ptr<ICIMClass> &resultSlot) : result(resultSlot) {}
+  enum EPhase : std::int32_t { kQualifiers, kProperties, kMethods };
+
+  /// Hands the class to the parent's cls, which now holds a class.
+  template <class TParent> TStateClass(TCIMXMLParser &, TParent &parent) : result(parent.cls) {
+    parent.isClass = true;
+  }
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -27,17 +33,14 @@ public:
   /// its children fails when it would add to it.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeProperty(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakePropertyArray(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakePropertyReference(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeMethod(TCIMXMLParser &parser, TParseState &parent);
+  // What the children write into.
+  boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return cls; }
+  boost::shared_ptr<ICIMClass> cls;
 
+private:
   std::string className;
   std::string superClassName;
   boost::shared_ptr<ICIMClass> &result;
-  boost::shared_ptr<ICIMClass> cls;
 };
 
 } // namespace NVRNORV20

@@ -6,8 +6,6 @@
 #include "cimxml/states/ReferenceStates.h"
 #include "core_api/OSSpecific.h"
 
-#include <boost/make_shared.hpp>
-
 namespace NVRNORV20 {
 
 void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
@@ -17,49 +15,34 @@ void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttribu
   // parser mode; no other class switches it.
   if (className == "VRNSG_ComputerSystem")
     TOSSpecific::setORVParser(true);
-  target = Require(Namespace(parser)->GetClass(className)).CreateInstance();
+  instance = Require(Namespace(parser)->GetClass(className)).CreateInstance();
 }
 
-// Phases: 0 before the first property, 1 after it.
 void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 0, kKeepPhase, &TStateProperty::MakeNoState},
-      {"property", 0, 1, 1, &MakeProperty},
-      {"property.array", 0, 1, 1, &MakePropertyArray},
-      {"property.reference", 0, 1, 1, &MakePropertyReference},
+      // Not attached; the instance reads the qualifier's attributes as its own.
+      Ignored("qualifier", kQualifiers, kQualifiers, kKeepPhase),
+      Child<TStateProperty, TStateInstance>("property", kQualifiers, kProperties, kProperties),
+      Child<TStatePropertyArray, TStateInstance>("property.array", kQualifiers, kProperties,
+                                                 kProperties),
+      Child<TStatePropertyReference, TStateInstance>("property.reference", kQualifiers, kProperties,
+                                                     kProperties),
   };
-  AcceptChild(parser, name, attributes, kRows, 1, EMiss::kFallThrough);
+  AcceptChild(parser, name, attributes, kRows, kProperties, EMiss::kFallThrough);
 }
 
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateInstance::MakeProperty(TCIMXMLParser &,
-                                                                          TParseState &parent) {
-  return boost::make_shared<TStateProperty>(static_cast<TStateInstance &>(parent).target);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstance::MakePropertyArray(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStatePropertyArray>(static_cast<TStateInstance &>(parent).target);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstance::MakePropertyReference(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStatePropertyReference>(static_cast<TStateInstance &>(parent).target);
-}
-
-// Phases: 0 before the child, 1 after it.
 void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"class", 0, 0, 1, &MakeClass},
-      {"instance", 0, 0, 1, &MakeInstance},
+      Child<TStateClass, TStateValueObject>("class", kObject, kObject, kDone),
+      Child<TStateInstance, TStateValueObject>("instance", kObject, kObject, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
 }
 
 void TCIMXMLParser::TStateValueObject::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  if (phase != finalPhase)
-    parser.FatalError("CIM element syntax error");
+  RequireComplete(parser, finalPhase);
   if (isClass) {
     Require(cls).Commit();
     Collect(parser, cls);
@@ -71,106 +54,55 @@ void TCIMXMLParser::TStateValueObject::ElementEnd(TCIMXMLParser &parser, const s
   Pop(parser);
 }
 
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateValueObject::MakeClass(TCIMXMLParser &,
-                                                                          TParseState &parent) {
-  auto &self = static_cast<TStateValueObject &>(parent);
-  self.isClass = true;
-  return boost::make_shared<TStateClass>(self.cls);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateValueObject::MakeInstance(TCIMXMLParser &,
-                                                                             TParseState &parent) {
-  return boost::make_shared<TStateInstance>(static_cast<TStateValueObject &>(parent).instance);
-}
-
-// Phases: 0 before the instance name, 1 before the instance, 2 after it.
 void TCIMXMLParser::TStateValueNamedInstance::ChildElement(TCIMXMLParser &parser,
                                                            const std::string &name,
                                                            TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"instancename", 0, 0, 1, &MakeInstanceName},
-      {"instance", 1, 1, 2, &MakeInstance},
+      // Unlike a named object's, this instance name lies in the parser's
+      // namespace.
+      Child<TStateInstanceName, TStateValueNamedInstance>("instancename", kName, kName, kInstance),
+      Child<TStateInstance, TStateValueNamedInstance>("instance", kInstance, kInstance, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
 }
 
-// Unlike a named object's, this instance name lies in the parser's namespace.
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueNamedInstance::MakeInstanceName(TCIMXMLParser &parser,
-                                                          TParseState &parent) {
-  auto &self = static_cast<TStateValueNamedInstance &>(parent);
-  self.instanceName.SetNamespace(Namespace(parser));
-  return boost::make_shared<TStateInstanceName>(self.instanceName);
-}
-
-// Phases: 0 at the start, 1 after the instance name, 2 after the object.
 void TCIMXMLParser::TStateValueNamedObject::ChildElement(TCIMXMLParser &parser,
                                                          const std::string &name,
                                                          TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"class", 0, 0, 2, &MakeClass},
-      {"instancename", 0, 0, 1, &MakeInstanceName},
-      {"instance", 1, 1, 2, &MakeInstance},
+      Child<TStateClass, TStateValueNamedObject>("class", kObjectOrName, kObjectOrName, kDone),
+      Child<TStateInstanceName, TStateValueNamedObject>("instancename", kObjectOrName,
+                                                        kObjectOrName, kInstance),
+      Child<TStateInstance, TStateValueNamedObject>("instance", kInstance, kInstance, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
 }
 
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueNamedObject::MakeInstanceName(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateInstanceName>(
-      static_cast<TStateValueNamedObject &>(parent).instanceName);
-}
-
-// Phases: 0 at the start, 1 after a class path, 2 after an instance path,
-// 3 after the object.
 void TCIMXMLParser::TStateValueObjectWithPath::ChildElement(TCIMXMLParser &parser,
                                                             const std::string &name,
                                                             TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"classpath", 0, 0, 1, &MakeClassPath},
-      {"instancepath", 0, 0, 2, &MakeInstancePath},
-      {"class", 1, 1, 3, &MakeClass},
-      {"instance", 2, 2, 3, &MakeInstance},
+      Child<TStateClassPath, TStateValueObjectWithPath>("classpath", kPath, kPath, kClass),
+      Child<TStateInstancePath, TStateValueObjectWithPath>("instancepath", kPath, kPath, kInstance),
+      Child<TStateClass, TStateValueObjectWithPath>("class", kClass, kClass, kDone),
+      Child<TStateInstance, TStateValueObjectWithPath>("instance", kInstance, kInstance, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObjectWithPath::MakeClassPath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateValueObjectWithPath &>(parent);
-  return boost::make_shared<TStateClassPath>(self.host, self.namespacePath, self.className);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObjectWithPath::MakeInstancePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateValueObjectWithPath &>(parent);
-  return boost::make_shared<TStateInstancePath>(self.host, self.namespacePath, self.instanceName);
 }
 
 void TCIMXMLParser::TStateValueObjectWithLocalPath::ChildElement(TCIMXMLParser &parser,
                                                                  const std::string &name,
                                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"localclasspath", 0, 0, 1, &MakeLocalClassPath},
-      {"localinstancepath", 0, 0, 2, &MakeLocalInstancePath},
-      {"class", 1, 1, 3, &MakeClass},
-      {"instance", 2, 2, 3, &MakeInstance},
+      Child<TStateLocalClassPath, TStateValueObjectWithLocalPath>("localclasspath", kPath, kPath,
+                                                                  kClass),
+      Child<TStateLocalInstancePath, TStateValueObjectWithLocalPath>("localinstancepath", kPath,
+                                                                     kPath, kInstance),
+      Child<TStateClass, TStateValueObjectWithLocalPath>("class", kClass, kClass, kDone),
+      Child<TStateInstance, TStateValueObjectWithLocalPath>("instance", kInstance, kInstance,
+                                                            kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObjectWithLocalPath::MakeLocalClassPath(TCIMXMLParser &,
-                                                                  TParseState &parent) {
-  auto &self = static_cast<TStateValueObjectWithLocalPath &>(parent);
-  return boost::make_shared<TStateLocalClassPath>(self.namespacePath, self.className);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateValueObjectWithLocalPath::MakeLocalInstancePath(TCIMXMLParser &,
-                                                                     TParseState &parent) {
-  auto &self = static_cast<TStateValueObjectWithLocalPath &>(parent);
-  return boost::make_shared<TStateLocalInstancePath>(self.namespacePath, self.instanceName);
 }
 
 } // namespace NVRNORV20

@@ -20,7 +20,11 @@ namespace NVRNORV20 {
 /// handler), after them it is unexpected.
 class TCIMXMLParser::TStateInstance : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateInstance(boost::shared_ptr<ICIMInstance> &slot) : target(slot) {}
+  enum EPhase : std::int32_t { kQualifiers, kProperties };
+
+  /// Makes the instance in the parent's instance slot.
+  template <class TParent>
+  TStateInstance(TCIMXMLParser &, TParent &parent) : instance(parent.instance) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -28,13 +32,11 @@ public:
   /// an instance, and each property fails when it would set a value.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeProperty(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakePropertyArray(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakePropertyReference(TCIMXMLParser &parser, TParseState &parent);
+  /// What the property children set values of.
+  boost::shared_ptr<ICIMInstance> &instance;
 
+private:
   std::string className;
-  boost::shared_ptr<ICIMInstance> &target;
 };
 
 /// "value.object": one "class" or one "instance". At the end tag the object
@@ -43,7 +45,9 @@ private:
 /// in their children and final phase.
 class TCIMXMLParser::TStateValueObject : public TCIMXMLParser::TParseState {
 public:
-  TStateValueObject() : TStateValueObject(1, true) {}
+  enum EPhase : std::int32_t { kObject, kDone };
+
+  TStateValueObject() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -53,13 +57,13 @@ protected:
   TStateValueObject(std::int32_t lastPhase, bool collecting)
       : finalPhase(lastPhase), collects(collecting) {}
 
-  static TParseStatePtr MakeClass(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstance(TCIMXMLParser &parser, TParseState &parent);
-
   /// The phase after the object's own child, the only one in which the
   /// element may end.
   const std::int32_t finalPhase;
   const bool collects;
+
+public:
+  // What the children write into.
   bool isClass = false;
   boost::shared_ptr<ICIMClass> cls;
   boost::shared_ptr<ICIMInstance> instance;
@@ -74,53 +78,47 @@ protected:
 /// is committed but not collected; the name is not applied to it.
 class TCIMXMLParser::TStateValueNamedInstance : public TCIMXMLParser::TStateValueObject {
 public:
-  TStateValueNamedInstance() : TStateValueObject(2, false) {}
+  enum EPhase : std::int32_t { kName, kInstance, kDone };
+
+  TStateValueNamedInstance() : TStateValueObject(kDone, false) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.namedobject": a class alone, or an instance name followed by its
 /// instance.
 class TCIMXMLParser::TStateValueNamedObject : public TCIMXMLParser::TStateValueObject {
 public:
-  TStateValueNamedObject() : TStateValueObject(2, true) {}
+  enum EPhase : std::int32_t { kObjectOrName, kInstance, kDone };
+
+  TStateValueNamedObject() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.objectwithpath": a class path and its class, or an instance path
 /// and its instance.
 class TCIMXMLParser::TStateValueObjectWithPath : public TCIMXMLParser::TStateValueObject {
 public:
-  TStateValueObjectWithPath() : TStateValueObject(3, true) {}
+  enum EPhase : std::int32_t { kPath, kClass, kInstance, kDone };
+
+  TStateValueObjectWithPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeClassPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstancePath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "value.objectwithlocalpath": as "value.objectwithpath" with local paths.
 class TCIMXMLParser::TStateValueObjectWithLocalPath : public TCIMXMLParser::TStateValueObject {
 public:
-  TStateValueObjectWithLocalPath() : TStateValueObject(3, true) {}
+  enum EPhase : std::int32_t { kPath, kClass, kInstance, kDone };
+
+  TStateValueObjectWithLocalPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeLocalClassPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeLocalInstancePath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

@@ -5,8 +5,6 @@
 #include "cimxml/states/PathStates.h"
 #include "cimxml/states/QualifierDeclStates.h"
 
-#include <boost/make_shared.hpp>
-
 namespace NVRNORV20 {
 
 namespace {
@@ -36,47 +34,26 @@ void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser, TAttribut
 void TCIMXMLParser::TStateMessage::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                 TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"simplereq", 0, 0, kKeepPhase, &MakeSimpleReq},
-      {"multireq", 0, 0, kKeepPhase, &MakeMultiReq},
-      {"simplersp", 0, 0, kKeepPhase, &MakeSimpleRsp},
+      Child<TStateSimpleReq, TStateMessage>("simplereq"),
+      Child<TStateMultiReq, TStateMessage>("multireq"),
+      Child<TStateSimpleRsp, TStateMessage>("simplersp"),
   };
-  AcceptChild(parser, name, attributes, kRows, 0);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMessage::MakeSimpleReq(TCIMXMLParser &,
-                                                                          TParseState &) {
-  return boost::make_shared<TStateSimpleReq>();
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMessage::MakeMultiReq(TCIMXMLParser &,
-                                                                         TParseState &) {
-  return boost::make_shared<TStateMultiReq>();
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMessage::MakeSimpleRsp(TCIMXMLParser &,
-                                                                          TParseState &) {
-  return boost::make_shared<TStateSimpleRsp>();
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 // multireq -----------------------------------------------------------------
 
 void TCIMXMLParser::TStateMultiReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
-  // The phase counts requests up to two; later ones leave it at 2.
   static constexpr TChildRow kRows[] = {
-      {"simplereq", 0, 0, 1, &MakeSimpleReq},
-      {"simplereq", 1, 2, 2, &MakeSimpleReq},
+      Child<TStateSimpleReq, TStateMultiReq>("simplereq", kNoRequest, kNoRequest, kOneRequest),
+      Child<TStateSimpleReq, TStateMultiReq>("simplereq", kOneRequest, kRequests, kRequests),
   };
-  AcceptChild(parser, name, attributes, kRows, 2);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMultiReq::MakeSimpleReq(TCIMXMLParser &,
-                                                                           TParseState &) {
-  return boost::make_shared<TStateSimpleReq>();
+  AcceptChild(parser, name, attributes, kRows, kRequests);
 }
 
 void TCIMXMLParser::TStateMultiReq::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  if (phase != 2)
+  if (phase != kRequests)
     parser.FatalError("Invalid MULTIREQ");
   Pop(parser);
 }
@@ -86,14 +63,9 @@ void TCIMXMLParser::TStateMultiReq::ElementEnd(TCIMXMLParser &parser, const std:
 void TCIMXMLParser::TStateSimpleReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"imethodcall", 0, 0, kKeepPhase, &MakeIMethodCall},
+      Child<TStateIMethodCall, TStateSimpleReq>("imethodcall"),
   };
-  AcceptChild(parser, name, attributes, kRows, 0);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateSimpleReq::MakeIMethodCall(TCIMXMLParser &,
-                                                                              TParseState &) {
-  return boost::make_shared<TStateIMethodCall>();
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStateIMethodCall::ElementStart(TCIMXMLParser &parser,
@@ -109,21 +81,12 @@ void TCIMXMLParser::TStateIMethodCall::ElementStart(TCIMXMLParser &parser,
 void TCIMXMLParser::TStateIMethodCall::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
-      {"iparamvalue", 1, 1, kKeepPhase, &MakeIParamValue},
+      Child<TStateLocalNamespacePath, TStateIMethodCall>("localnamespacepath", kNamespacePath,
+                                                         kNamespacePath, kParameters),
+      Child<TStateIParamValue, TStateIMethodCall>("iparamvalue", kParameters, kParameters,
+                                                  kKeepPhase),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateIMethodCall::MakeLocalNamespacePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateIMethodCall &>(parent);
-  return boost::make_shared<TStateLocalNamespacePath>(self.namespacePath);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateIMethodCall::MakeIParamValue(TCIMXMLParser &,
-                                                                                TParseState &) {
-  return boost::make_shared<TStateIParamValue>();
+  AcceptChild(parser, name, attributes, kRows, kParameters);
 }
 
 // iparamvalue --------------------------------------------------------------
@@ -139,28 +102,14 @@ void TCIMXMLParser::TStateIParamValue::ElementStart(TCIMXMLParser &parser,
 void TCIMXMLParser::TStateIParamValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"class", 0, 0, 1, &MakeClass},
-      {"instance", 0, 0, 1, &MakeInstance},
+      Child<TStateClass, TStateIParamValue>("class", kObject, kObject, kDone),
+      Child<TStateInstance, TStateIParamValue>("instance", kObject, kObject, kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateIParamValue::MakeClass(TCIMXMLParser &,
-                                                                          TParseState &parent) {
-  auto &self = static_cast<TStateIParamValue &>(parent);
-  self.isClass = true;
-  return boost::make_shared<TStateClass>(self.cls);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateIParamValue::MakeInstance(TCIMXMLParser &,
-                                                                             TParseState &parent) {
-  auto &self = static_cast<TStateIParamValue &>(parent);
-  return boost::make_shared<TStateInstance>(self.instance);
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 void TCIMXMLParser::TStateIParamValue::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  if (phase != 1)
-    parser.FatalError("CIM element syntax error");
+  RequireComplete(parser, kDone);
   // A request's objects go into the namespace but are not collected: the
   // collections list what declarations and responses hold.
   if (isClass)
@@ -175,36 +124,19 @@ void TCIMXMLParser::TStateIParamValue::ElementEnd(TCIMXMLParser &parser, const s
 void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"imethodresponse", 0, 0, kKeepPhase, &MakeMethodResponse},
+      Child<TStateMethodResponse, TStateSimpleRsp>("imethodresponse"),
   };
-  AcceptChild(parser, name, attributes, kRows, 0);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateSimpleRsp::MakeMethodResponse(TCIMXMLParser &,
-                                                                                 TParseState &) {
-  return boost::make_shared<TStateMethodResponse>();
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStateMethodResponse::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
                                                        TAttributes &attributes) {
-  // The phase records that something came but is never read: return values
-  // and errors mix freely.
   static constexpr TChildRow kRows[] = {
-      {"ireturnvalue", 0, 1, 1, &MakeIReturnValue},
-      {"error", 0, 1, 1, &MakeError},
+      Child<TStateIReturnValue, TStateMethodResponse>("ireturnvalue", kEmpty, kAnswered, kAnswered),
+      Child<TStateError, TStateMethodResponse>("error", kEmpty, kAnswered, kAnswered),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethodResponse::MakeIReturnValue(TCIMXMLParser &,
-                                                                                    TParseState &) {
-  return boost::make_shared<TStateIReturnValue>();
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateMethodResponse::MakeError(TCIMXMLParser &,
-                                                                             TParseState &) {
-  return boost::make_shared<TStateError>();
+  AcceptChild(parser, name, attributes, kRows, kAnswered);
 }
 
 void TCIMXMLParser::TStateError::ChildElement(TCIMXMLParser &parser, const std::string &name,
@@ -213,7 +145,7 @@ void TCIMXMLParser::TStateError::ChildElement(TCIMXMLParser &parser, const std::
   // attributes. No XML name can be "6", so every element child is refused.
   if (name == "6")
     return;
-  AcceptChild(parser, name, attributes, nullptr, 0, 0);
+  AcceptChild(parser, name, attributes, nullptr, 0, kAnyOrder);
 }
 
 // ireturnvalue -------------------------------------------------------------
@@ -221,33 +153,17 @@ void TCIMXMLParser::TStateError::ChildElement(TCIMXMLParser &parser, const std::
 void TCIMXMLParser::TStateIReturnValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"class", 0, 0, 1, &MakeClass},
-      {"value.namedinstance", 0, 0, 1, &MakeValueNamedInstance},
-      {"qualifier.declaration", 0, 0, 1, &MakeQualifierDeclaration},
+      Child<TStateClass, TStateIReturnValue>("class", kObject, kObject, kDone),
+      Child<TStateValueNamedInstance, TStateIReturnValue>("value.namedinstance", kObject, kObject,
+                                                          kDone),
+      Child<TStateQualifierDeclaration, TStateIReturnValue>("qualifier.declaration", kObject,
+                                                            kObject, kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateIReturnValue::MakeClass(TCIMXMLParser &,
-                                                                           TParseState &parent) {
-  auto &self = static_cast<TStateIReturnValue &>(parent);
-  self.isClass = true;
-  return boost::make_shared<TStateClass>(self.cls);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateIReturnValue::MakeValueNamedInstance(TCIMXMLParser &, TParseState &) {
-  return boost::make_shared<TStateValueNamedInstance>();
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateIReturnValue::MakeQualifierDeclaration(TCIMXMLParser &, TParseState &) {
-  return boost::make_shared<TStateQualifierDeclaration>();
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 void TCIMXMLParser::TStateIReturnValue::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  if (phase != 1)
-    parser.FatalError("CIM element syntax error");
+  RequireComplete(parser, kDone);
   // Named instances and qualifier declarations have finished themselves.
   if (isClass) {
     Require(cls).Commit();

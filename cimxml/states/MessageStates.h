@@ -12,6 +12,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace NVRNORV20 {
@@ -24,23 +25,18 @@ public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeSimpleReq(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeMultiReq(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeSimpleRsp(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "multireq": simple requests; fewer than two is "Invalid MULTIREQ" at the
 /// end.
 class TCIMXMLParser::TStateMultiReq : public TCIMXMLParser::TParseState {
 public:
+  /// Counts requests up to two; later ones leave it at two.
+  enum EPhase : std::int32_t { kNoRequest, kOneRequest, kRequests };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-
-private:
-  static TParseStatePtr MakeSimpleReq(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "simplereq": intrinsic method calls only.
@@ -48,9 +44,6 @@ class TCIMXMLParser::TStateSimpleReq : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeIMethodCall(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "imethodcall": a local namespace path (read, not used: objects go to the
@@ -63,12 +56,13 @@ public:
                     TAttributes &attributes) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeIParamValue(TCIMXMLParser &parser, TParseState &parent);
+  enum EPhase : std::int32_t { kNamespacePath, kParameters };
 
-  std::string methodName;
+  /// Filled by the namespace-path child; not read afterwards.
   std::string namespacePath;
+
+private:
+  std::string methodName;
 };
 
 /// "iparamvalue": "NewClass" or "NewInstance" (else "Unexpected IParamValue
@@ -77,20 +71,20 @@ private:
 /// name does not have to match the kind of object.
 class TCIMXMLParser::TStateIParamValue : public TCIMXMLParser::TParseState {
 public:
-  TStateIParamValue() : isClass(false) {}
+  enum EPhase : std::int32_t { kObject, kDone };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeClass(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstance(TCIMXMLParser &parser, TParseState &parent);
-
-  bool isClass;
-  std::string parameterName;
+  // What the object children write into.
+  bool isClass = false;
   boost::shared_ptr<ICIMClass> cls;
   boost::shared_ptr<ICIMInstance> instance;
+
+private:
+  std::string parameterName;
 };
 
 /// "simplersp": intrinsic method responses only.
@@ -98,20 +92,17 @@ class TCIMXMLParser::TStateSimpleRsp : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeMethodResponse(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "imethodresponse": return values and errors, any number in any order.
 class TCIMXMLParser::TStateMethodResponse : public TCIMXMLParser::TParseState {
 public:
+  /// Records that something came, but is never read: return values and
+  /// errors mix freely.
+  enum EPhase : std::int32_t { kEmpty, kAnswered };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeIReturnValue(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeError(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "error": its attributes are not read. A child element named "6" is
@@ -128,17 +119,14 @@ public:
 /// own states.
 class TCIMXMLParser::TStateIReturnValue : public TCIMXMLParser::TParseState {
 public:
-  TStateIReturnValue() : isClass(false) {}
+  enum EPhase : std::int32_t { kObject, kDone };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
-private:
-  static TParseStatePtr MakeClass(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueNamedInstance(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeQualifierDeclaration(TCIMXMLParser &parser, TParseState &parent);
-
-  bool isClass;
+  // What the class child writes into.
+  bool isClass = false;
   boost::shared_ptr<ICIMClass> cls;
 };
 

@@ -17,22 +17,20 @@ namespace NVRNORV20 {
 /// and number.
 class TCIMXMLParser::TStateMethod : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateMethod(boost::shared_ptr<ICIMClass> owner) : cls(std::move(owner)) {}
+  /// Adds a method to the parent's class.
+  template <class TParent> TStateMethod(TCIMXMLParser &, TParent &parent) : cls(parent.cls) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeParameter(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeParameterReference(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeParameterArray(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeParameterRefArray(TCIMXMLParser &parser, TParseState &parent);
-
-  boost::shared_ptr<ICIMClass> cls;
+  // What the children write into.
+  boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return method; }
   boost::shared_ptr<ICIMMethod> method;
+
+private:
+  boost::shared_ptr<ICIMClass> cls;
   std::string methodName;
   TCIMType returnType;
 };
@@ -46,8 +44,10 @@ private:
 /// like "parameter.reference".
 class TCIMXMLParser::TStateParameter : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateParameter(boost::shared_ptr<ICIMMethod> owner)
-      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kScalar) {}
+  /// Adds a parameter to the parent's method.
+  template <class TParent>
+  TStateParameter(TCIMXMLParser &, TParent &parent)
+      : TStateParameter(parent.method, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -65,17 +65,21 @@ protected:
   void EndAsReference(TCIMXMLParser &parser);
   TCIMType ParameterType() const;
 
-  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
+public:
+  // What the children write into: qualifiers and the default value.
+  boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return parameter; }
+  TCIMType ValueType() const { return property.type; }
+  TCIMType ElementType() const { return ParameterType(); }
+  unsigned ArraySize() const { return property.arraySize; }
+  TCIMValue value;
+  bool valueSeen = false;
 
+protected:
   boost::shared_ptr<ICIMMethod> method;
   boost::shared_ptr<ICIMParameter> parameter;
   TPropertyAttributes property;
-  TCIMValue defaultValue;
-  bool valueSeen = false;
 
 private:
-  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
   void Finish(TCIMXMLParser &parser);
 };
 
@@ -83,8 +87,9 @@ private:
 /// end of "parameter.reference" (with no reference class).
 class TCIMXMLParser::TStateParameterArray : public TCIMXMLParser::TStateParameter {
 public:
-  explicit TStateParameterArray(boost::shared_ptr<ICIMMethod> owner)
-      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kArray) {}
+  template <class TParent>
+  TStateParameterArray(TCIMXMLParser &, TParent &parent)
+      : TStateParameter(parent.method, TPropertyAttributes::EKind::kArray) {}
 
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
@@ -93,8 +98,9 @@ public:
 /// "value.aray"; "value.array" and "value.reference" are unexpected.
 class TCIMXMLParser::TStateParameterReference : public TCIMXMLParser::TStateParameter {
 public:
-  explicit TStateParameterReference(boost::shared_ptr<ICIMMethod> owner)
-      : TStateParameter(std::move(owner), TPropertyAttributes::EKind::kReference) {}
+  template <class TParent>
+  TStateParameterReference(TCIMXMLParser &, TParent &parent)
+      : TStateParameter(parent.method, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -104,8 +110,9 @@ public:
 /// "parameter.refarray": a reference parameter; its ARRAYSIZE is not read.
 class TCIMXMLParser::TStateParameterRefArray : public TCIMXMLParser::TStateParameterReference {
 public:
-  explicit TStateParameterRefArray(boost::shared_ptr<ICIMMethod> owner)
-      : TStateParameterReference(std::move(owner)) {}
+  template <class TParent>
+  TStateParameterRefArray(TCIMXMLParser &parser, TParent &parent)
+      : TStateParameterReference(parser, parent) {}
 };
 
 } // namespace NVRNORV20

@@ -2,8 +2,6 @@
 
 #include "cimxml/states/ReferenceStates.h"
 
-#include <boost/make_shared.hpp>
-
 namespace NVRNORV20 {
 
 namespace {
@@ -20,24 +18,13 @@ void TCIMXMLParser::TStateNamespacePath::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
                                                       TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"host", 0, 0, 1, &MakeHost},
-      {"localnamespacepath", 1, 1, 2, &MakeLocalNamespacePath},
+      Child<TStateHost, TStateNamespacePath>("host", kHost, kHost, kLocalPath),
+      Child<TStateLocalNamespacePath, TStateNamespacePath>("localnamespacepath", kLocalPath,
+                                                           kLocalPath, kDone),
   };
-  // The last phase is 1, not 2: a child after the local namespace path is
-  // taken as a corrupt state rather than an unexpected element.
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateNamespacePath::MakeHost(TCIMXMLParser &parser,
-                                                                           TParseState &parent) {
-  auto &self = static_cast<TStateNamespacePath &>(parent);
-  return boost::make_shared<TStateHost>(parser, self.host);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateNamespacePath::MakeLocalNamespacePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateNamespacePath &>(parent);
-  return boost::make_shared<TStateLocalNamespacePath>(self.namespacePath);
+  // A child after the local namespace path is taken as a corrupt state
+  // rather than an unexpected element.
+  AcceptChild(parser, name, attributes, kRows, kLocalPath);
 }
 
 // localnamespacepath -------------------------------------------------------
@@ -46,24 +33,15 @@ void TCIMXMLParser::TStateLocalNamespacePath::ChildElement(TCIMXMLParser &parser
                                                            const std::string &name,
                                                            TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"namespace", 0, 0, kKeepPhase, &MakeNamespace},
+      Child<TStateNamespace, TStateLocalNamespacePath>("namespace", kNoNamespace, kNamespaces,
+                                                       kNamespaces),
   };
-  AcceptChild(parser, name, attributes, kRows, 0);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalNamespacePath::MakeNamespace(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateLocalNamespacePath &>(parent);
-  self.namespaceSeen = true;
-  // The previous component is final once the next one starts; the new one
-  // begins as a copy of it, so a namespace without a name repeats it.
-  self.namespacePath += self.component;
-  return boost::make_shared<TStateNamespace>(self.component);
+  AcceptChild(parser, name, attributes, kRows, kNamespaces);
 }
 
 void TCIMXMLParser::TStateLocalNamespacePath::ElementEnd(TCIMXMLParser &parser,
                                                          const std::string &) {
-  if (!namespaceSeen)
+  if (phase == kNoNamespace)
     parser.FatalError("Unexpected at least 1 NAMESPACE element");
   // Components are joined without a separator ("root", "cimv2" make
   // "rootcimv2"): the path is only kept, never used to find a namespace.
@@ -72,11 +50,6 @@ void TCIMXMLParser::TStateLocalNamespacePath::ElementEnd(TCIMXMLParser &parser,
 }
 
 // host ---------------------------------------------------------------------
-
-TCIMXMLParser::TStateHost::TStateHost(TCIMXMLParser &parser, std::string &hostTarget)
-    : host(hostTarget) {
-  CharacterData(parser).clear();
-}
 
 void TCIMXMLParser::TStateHost::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   std::string &text = CharacterData(parser);
@@ -98,9 +71,14 @@ void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser, TAttrib
     parser.HandleCIMName(attribute, &target);
 }
 
+TCIMXMLParser::TStateClassName::TStateClassName(TCIMXMLParser &parser, TStateValueReference &parent)
+    : TStateNamespace(parent.className) {
+  parent.instanceName.SetNamespace(Namespace(parser));
+}
+
 void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
-  AcceptChild(parser, name, attributes, nullptr, 0, 0);
+  AcceptChild(parser, name, attributes, nullptr, 0, kAnyOrder);
 }
 
 // classpath, localclasspath ------------------------------------------------
@@ -108,44 +86,22 @@ void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser, const s
 void TCIMXMLParser::TStateClassPath::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"namespacepath", 0, 0, 1, &MakeNamespacePath},
-      {"classname", 1, 1, 2, &MakeClassName},
+      Child<TStateNamespacePath, TStateClassPath>("namespacepath", kNamespacePath, kNamespacePath,
+                                                  kClassName),
+      Child<TStateClassName, TStateClassPath>("classname", kClassName, kClassName, kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 2);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateClassPath::MakeNamespacePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateClassPath &>(parent);
-  return boost::make_shared<TStateNamespacePath>(self.host, self.namespacePath);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateClassPath::MakeClassName(TCIMXMLParser &,
-                                                                            TParseState &parent) {
-  auto &self = static_cast<TStateClassPath &>(parent);
-  return boost::make_shared<TStateClassName>(self.className);
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 void TCIMXMLParser::TStateLocalClassPath::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
                                                        TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
-      {"classname", 1, 1, 2, &MakeClassName},
+      Child<TStateLocalNamespacePath, TStateLocalClassPath>("localnamespacepath", kLocalPath,
+                                                            kLocalPath, kClassName),
+      Child<TStateClassName, TStateLocalClassPath>("classname", kClassName, kClassName, kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 2);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalClassPath::MakeLocalNamespacePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateLocalClassPath &>(parent);
-  return boost::make_shared<TStateLocalNamespacePath>(self.namespacePath);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalClassPath::MakeClassName(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateLocalClassPath &>(parent);
-  return boost::make_shared<TStateClassName>(self.className);
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 // instancepath, localinstancepath ------------------------------------------
@@ -153,45 +109,24 @@ TCIMXMLParser::TStateLocalClassPath::MakeClassName(TCIMXMLParser &, TParseState 
 void TCIMXMLParser::TStateInstancePath::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"namespacepath", 0, 0, 1, &MakeNamespacePath},
-      {"instancename", 1, 1, 2, &MakeInstanceName},
+      Child<TStateNamespacePath, TStateInstancePath>("namespacepath", kNamespacePath,
+                                                     kNamespacePath, kInstanceName),
+      Child<TStateInstanceName, TStateInstancePath>("instancename", kInstanceName, kInstanceName,
+                                                    kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 2);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstancePath::MakeNamespacePath(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateInstancePath &>(parent);
-  return boost::make_shared<TStateNamespacePath>(self.host, self.namespacePath);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateInstancePath::MakeInstanceName(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateInstancePath &>(parent);
-  return boost::make_shared<TStateInstanceName>(self.instanceName);
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 void TCIMXMLParser::TStateLocalInstancePath::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"localnamespacepath", 0, 0, 1, &MakeLocalNamespacePath},
-      {"instancename", 1, 1, 2, &MakeInstanceName},
+      Child<TStateLocalNamespacePath, TStateLocalInstancePath>("localnamespacepath", kLocalPath,
+                                                               kLocalPath, kInstanceName),
+      Child<TStateInstanceName, TStateLocalInstancePath>("instancename", kInstanceName,
+                                                         kInstanceName, kDone),
   };
-  AcceptChild(parser, name, attributes, kRows, 2);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalInstancePath::MakeLocalNamespacePath(TCIMXMLParser &,
-                                                               TParseState &parent) {
-  auto &self = static_cast<TStateLocalInstancePath &>(parent);
-  return boost::make_shared<TStateLocalNamespacePath>(self.namespacePath);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateLocalInstancePath::MakeInstanceName(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateLocalInstancePath &>(parent);
-  return boost::make_shared<TStateInstanceName>(self.instanceName);
+  AcceptChild(parser, name, attributes, kRows, kDone);
 }
 
 } // namespace NVRNORV20

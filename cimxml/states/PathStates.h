@@ -3,11 +3,16 @@
 // model; each writes strings (host, namespace path, class name) or, through
 // an instance name, a reference into fields of the state that pushed it,
 // which lies below it on the stack and so outlives it.
+//
+// Each state is built from its parent and binds the parent's fields of the
+// same names: host, namespacePath, className, instanceName. A parent that
+// holds a path child offers those of them that the child writes.
 #ifndef ORV_CIMXML_STATES_PATHSTATES_H
 #define ORV_CIMXML_STATES_PATHSTATES_H
 
 #include "cimxml/CIMXMLParser.h"
 
+#include <cstdint>
 #include <string>
 
 namespace NVRNORV20 {
@@ -18,14 +23,14 @@ namespace NVRNORV20 {
 /// unexpected).
 class TCIMXMLParser::TStateNamespacePath : public TCIMXMLParser::TParseState {
 public:
-  TStateNamespacePath(std::string &hostTarget, std::string &pathTarget)
-      : host(hostTarget), namespacePath(pathTarget) {}
+  enum EPhase : std::int32_t { kHost, kLocalPath, kDone };
+
+  template <class TParent>
+  TStateNamespacePath(TCIMXMLParser &, TParent &parent)
+      : host(parent.host), namespacePath(parent.namespacePath) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeHost(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &host;
   std::string &namespacePath;
@@ -38,20 +43,20 @@ private:
 /// element" at the end; any other child is "Unexpected element " + name.
 class TCIMXMLParser::TStateLocalNamespacePath : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateLocalNamespacePath(std::string &pathTarget)
-      : namespacePath(pathTarget), namespaceSeen(false) {}
+  enum EPhase : std::int32_t { kNoNamespace, kNamespaces };
+
+  template <class TParent>
+  TStateLocalNamespacePath(TCIMXMLParser &, TParent &parent)
+      : namespacePath(parent.namespacePath) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-
-private:
-  static TParseStatePtr MakeNamespace(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &namespacePath;
   /// The latest component, appended when the next one starts or the path
   /// ends.
   std::string component;
-  bool namespaceSeen;
 };
 
 /// "host": its text, with trailing blanks, tabs and line breaks removed from
@@ -61,7 +66,10 @@ class TCIMXMLParser::TStateHost : public TCIMXMLParser::TParseState {
 public:
   /// Empties the parser's character buffer, so that the end sees this
   /// element's text only.
-  TStateHost(TCIMXMLParser &parser, std::string &hostTarget);
+  template <class TParent> TStateHost(TCIMXMLParser &parser, TParent &parent) : host(parent.host) {
+    CharacterData(parser).clear();
+  }
+
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
 private:
@@ -72,18 +80,33 @@ private:
 /// target keeps its value. Child elements are neither entered nor reported.
 class TCIMXMLParser::TStateNamespace : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateNamespace(std::string &nameTarget) : target(nameTarget) {}
+  /// The previous component of the path is final once the next one starts;
+  /// the new one begins as a copy of it, so a namespace without a name
+  /// repeats it.
+  TStateNamespace(TCIMXMLParser &, TStateLocalNamespacePath &parent) : target(parent.component) {
+    parent.namespacePath += parent.component;
+  }
+
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+
+protected:
+  explicit TStateNamespace(std::string &nameTarget) : target(nameTarget) {}
 
 private:
   std::string &target;
 };
 
 /// "classname": read like a namespace component, from its "name" attribute
-/// into the target; every child element is "Unexpected element " + name.
+/// into the parent's className; every child element is "Unexpected element
+/// " + name.
 class TCIMXMLParser::TStateClassName : public TCIMXMLParser::TStateNamespace {
 public:
-  explicit TStateClassName(std::string &classNameTarget) : TStateNamespace(classNameTarget) {}
+  template <class TParent>
+  TStateClassName(TCIMXMLParser &, TParent &parent) : TStateNamespace(parent.className) {}
+  /// Under a reference value, the class name also puts the reference in the
+  /// parser's namespace.
+  TStateClassName(TCIMXMLParser &parser, TStateValueReference &parent);
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
 };
@@ -92,14 +115,14 @@ public:
 /// third child, is "Unexpected element " + name.
 class TCIMXMLParser::TStateClassPath : public TCIMXMLParser::TParseState {
 public:
-  TStateClassPath(std::string &hostTarget, std::string &pathTarget, std::string &classNameTarget)
-      : host(hostTarget), namespacePath(pathTarget), className(classNameTarget) {}
+  enum EPhase : std::int32_t { kNamespacePath, kClassName, kDone };
+
+  template <class TParent>
+  TStateClassPath(TCIMXMLParser &, TParent &parent)
+      : host(parent.host), namespacePath(parent.namespacePath), className(parent.className) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeClassName(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &host;
   std::string &namespacePath;
@@ -110,33 +133,32 @@ private:
 /// else, or a third child, is "Unexpected element " + name.
 class TCIMXMLParser::TStateLocalClassPath : public TCIMXMLParser::TParseState {
 public:
-  TStateLocalClassPath(std::string &pathTarget, std::string &classNameTarget)
-      : namespacePath(pathTarget), className(classNameTarget) {}
+  enum EPhase : std::int32_t { kLocalPath, kClassName, kDone };
+
+  template <class TParent>
+  TStateLocalClassPath(TCIMXMLParser &, TParent &parent)
+      : namespacePath(parent.namespacePath), className(parent.className) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeClassName(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &namespacePath;
   std::string &className;
 };
 
 /// "instancepath": a namespace path, then an instance name that fills the
-/// target reference; anything else, or a third child, is "Unexpected
+/// parent's instanceName; anything else, or a third child, is "Unexpected
 /// element " + name.
 class TCIMXMLParser::TStateInstancePath : public TCIMXMLParser::TParseState {
 public:
-  TStateInstancePath(std::string &hostTarget, std::string &pathTarget,
-                     TCIMReference &instanceNameTarget)
-      : host(hostTarget), namespacePath(pathTarget), instanceName(instanceNameTarget) {}
+  enum EPhase : std::int32_t { kNamespacePath, kInstanceName, kDone };
+
+  template <class TParent>
+  TStateInstancePath(TCIMXMLParser &, TParent &parent)
+      : host(parent.host), namespacePath(parent.namespacePath), instanceName(parent.instanceName) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &host;
   std::string &namespacePath;
@@ -144,18 +166,18 @@ private:
 };
 
 /// "localinstancepath": a local namespace path, then an instance name that
-/// fills the target reference; anything else, or a third child, is
+/// fills the parent's instanceName; anything else, or a third child, is
 /// "Unexpected element " + name.
 class TCIMXMLParser::TStateLocalInstancePath : public TCIMXMLParser::TParseState {
 public:
-  TStateLocalInstancePath(std::string &pathTarget, TCIMReference &instanceNameTarget)
-      : namespacePath(pathTarget), instanceName(instanceNameTarget) {}
+  enum EPhase : std::int32_t { kLocalPath, kInstanceName, kDone };
+
+  template <class TParent>
+  TStateLocalInstancePath(TCIMXMLParser &, TParent &parent)
+      : namespacePath(parent.namespacePath), instanceName(parent.instanceName) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
 
   std::string &namespacePath;
   TCIMReference &instanceName;

@@ -2,9 +2,8 @@
 
 #include "cimxml/states/QualifierStates.h"
 #include "cimxml/states/ReferenceStates.h"
+#include "cimxml/states/ValueStates.h"
 #include "core_api/ORVStatusCode.h"
-
-#include <boost/make_shared.hpp>
 
 namespace NVRNORV20 {
 
@@ -66,67 +65,40 @@ void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
 void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 1, kKeepPhase, &MakeQualifier},
-      {"value", 0, 1, kKeepPhase, &MakeValue},
+      Child<TStateQualifier, TStatePropertyDecl>("qualifier"),
+      Child<TStateValue, TStatePropertyDecl>("value"),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   if (!valueSeen)
-    defaultValue = property.EmptyValue(*Namespace(parser));
-  Require(declaration).SetValue(defaultValue);
+    value = property.EmptyValue(*Namespace(parser));
+  Require(declaration).SetValue(value);
   declaration->Commit();
   Pop(parser);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyDecl::MakeQualifier(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateQualifier>(static_cast<TStatePropertyDecl &>(parent).declaration);
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStatePropertyDecl::MakeValue(TCIMXMLParser &parser,
-                                                                           TParseState &parent) {
-  auto &self = static_cast<TStatePropertyDecl &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValue>(parser, self.defaultValue, self.property.type);
 }
 
 void TCIMXMLParser::TStatePropertyArrayDecl::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 1, kKeepPhase, &MakeQualifier},
-      {"value.array", 0, 1, kKeepPhase, &MakeValueArray},
+      Child<TStateQualifier, TStatePropertyArrayDecl>("qualifier"),
+      Child<TStateValueArray, TStatePropertyArrayDecl>("value.array"),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyArrayDecl::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStatePropertyArrayDecl &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValueArray>(self.defaultValue, self.property.type,
-                                              self.property.arraySize);
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &parser,
                                                               const std::string &name,
                                                               TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 1, kKeepPhase, &MakeQualifier},
-      {"value.reference", 0, 1, kKeepPhase, &MakeValueReference},
+      Child<TStateQualifier, TStatePropertyReferenceDecl>("qualifier"),
+      // A reference given in the document is taken as it is: no class is
+      // looked up.
+      Child<TStateValueReference, TStatePropertyReferenceDecl>("value.reference"),
   };
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-// A reference given in the document is taken as it is: no class is looked up.
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyReferenceDecl::MakeValueReference(TCIMXMLParser &,
-                                                               TParseState &parent) {
-  auto &self = static_cast<TStatePropertyReferenceDecl &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValueReference>(self.defaultValue);
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 // Value variants.
@@ -140,11 +112,14 @@ void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser, TAttribu
 
 void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                  TAttributes &attributes) {
+  // Qualifiers of instances and of their properties are not attached: no
+  // state is made, and the qualifier's attributes go to the start handler of
+  // the state on top, which reads them as its own.
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 0, kKeepPhase, &MakeNoState},
-      {"value", 0, 1, kKeepPhase, &MakeValue},
+      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      Child<TStateValue, TStateProperty>("value"),
   };
-  AcceptOrHandOver(parser, name, attributes, kRows);
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std::string &) {
@@ -166,29 +141,8 @@ TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
   return declaredType;
 }
 
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateProperty::MakeNoState(TCIMXMLParser &,
-                                                                         TParseState &) {
-  return TParseStatePtr();
-}
-
-TCIMXMLParser::TParseStatePtr TCIMXMLParser::TStateProperty::MakeValue(TCIMXMLParser &parser,
-                                                                       TParseState &parent) {
-  auto &self = static_cast<TStateProperty &>(parent);
-  auto state = boost::make_shared<TStateValue>(parser, self.value, self.DeclaredType());
-  self.valueSeen = true;
-  return state;
-}
-
-bool TCIMXMLParser::TStateProperty::Accepts(const TChildRow *rows, std::size_t rowCount,
-                                            const std::string &name) const {
-  for (std::size_t row = 0; row < rowCount; ++row)
-    if (name == rows[row].name && rows[row].firstPhase <= phase && phase <= rows[row].lastPhase)
-      return true;
-  return false;
-}
-
-void TCIMXMLParser::TStateProperty::HandOver(TCIMXMLParser &parser, const std::string &name,
-                                             TAttributes &attributes) {
+void TCIMXMLParser::TStateProperty::UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
+                                                    TAttributes &attributes) {
   // ElementEnd pops this state, which may destroy it: from here on only
   // the arguments are used.
   ElementEnd(parser, name);
@@ -201,36 +155,20 @@ void TCIMXMLParser::TStatePropertyArray::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
                                                       TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 0, kKeepPhase, &MakeNoState},
-      {"value.array", 0, 1, kKeepPhase, &MakeValueArray},
+      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      Child<TStateValueArray, TStatePropertyArray>("value.array"),
   };
-  AcceptOrHandOver(parser, name, attributes, kRows);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyArray::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStatePropertyArray &>(parent);
-  auto state = boost::make_shared<TStateValueArray>(
-      self.value, self.DeclaredType().GetElementType(), self.property.arraySize);
-  self.valueSeen = true;
-  return state;
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"qualifier", 0, 0, kKeepPhase, &MakeNoState},
-      {"value.reference", 0, 1, kKeepPhase, &MakeValueReference},
+      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      Child<TStateValueReference, TStatePropertyReference>("value.reference"),
   };
-  AcceptOrHandOver(parser, name, attributes, kRows);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStatePropertyReference::MakeValueReference(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStatePropertyReference &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValueReference>(self.value);
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 } // namespace NVRNORV20

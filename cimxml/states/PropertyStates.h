@@ -7,7 +7,6 @@
 
 #include <boost/shared_ptr.hpp>
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -55,8 +54,10 @@ void AttachReferencedClass(ICIMNamespace &ns, const std::string &className, TCIM
 /// value wins). The base of the array and reference declarations.
 class TCIMXMLParser::TStatePropertyDecl : public TCIMXMLParser::TParseState {
 public:
-  explicit TStatePropertyDecl(boost::shared_ptr<ICIMClass> owner)
-      : TStatePropertyDecl(std::move(owner), TPropertyAttributes::EKind::kScalar) {}
+  /// Declares a property of the parent's class.
+  template <class TParent>
+  TStatePropertyDecl(TCIMXMLParser &, TParent &parent)
+      : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -65,34 +66,33 @@ public:
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
+  // What the children write into: qualifiers and the default value.
+  boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return declaration; }
+  TCIMType ValueType() const { return property.type; }
+  TCIMType ElementType() const { return property.type; }
+  unsigned ArraySize() const { return property.arraySize; }
+  TCIMValue value;
+  bool valueSeen = false;
+
 protected:
   TStatePropertyDecl(boost::shared_ptr<ICIMClass> owner, TPropertyAttributes::EKind kind)
       : cls(std::move(owner)), property(kind) {}
 
-  static TParseStatePtr MakeQualifier(TCIMXMLParser &parser, TParseState &parent);
-
   boost::shared_ptr<ICIMClass> cls;
   TPropertyAttributes property;
   boost::shared_ptr<ICIMPropertyDecl> declaration;
-  TCIMValue defaultValue;
-  bool valueSeen = false;
-
-private:
-  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "property.array" in a class. Without "value.array" the default is an
 /// empty array of the element's type with ARRAYSIZE as its count.
 class TCIMXMLParser::TStatePropertyArrayDecl : public TCIMXMLParser::TStatePropertyDecl {
 public:
-  explicit TStatePropertyArrayDecl(boost::shared_ptr<ICIMClass> owner)
-      : TStatePropertyDecl(std::move(owner), TPropertyAttributes::EKind::kArray) {}
+  template <class TParent>
+  TStatePropertyArrayDecl(TCIMXMLParser &, TParent &parent)
+      : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kArray) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "property.reference" in a class. Without a value child the default is
@@ -100,14 +100,12 @@ private:
 /// namespace does not hold it.
 class TCIMXMLParser::TStatePropertyReferenceDecl : public TCIMXMLParser::TStatePropertyDecl {
 public:
-  explicit TStatePropertyReferenceDecl(boost::shared_ptr<ICIMClass> owner)
-      : TStatePropertyDecl(std::move(owner), TPropertyAttributes::EKind::kReference) {}
+  template <class TParent>
+  TStatePropertyReferenceDecl(TCIMXMLParser &, TParent &parent)
+      : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "property" in an instance: sets the instance's property at the end tag.
@@ -120,78 +118,64 @@ private:
 /// of the array and reference variants.
 class TCIMXMLParser::TStateProperty : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateProperty(boost::shared_ptr<ICIMInstance> owner)
-      : TStateProperty(std::move(owner), TPropertyAttributes::EKind::kScalar) {}
+  /// Sets a property of the parent's instance.
+  template <class TParent>
+  TStateProperty(TCIMXMLParser &, TParent &parent)
+      : TStateProperty(parent.instance, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-  /// Qualifiers of instances and of their properties are not attached: no
-  /// state is made, and the qualifier's attributes go to the start handler
-  /// of the state on top, which reads them as its own.
-  static TParseStatePtr MakeNoState(TCIMXMLParser &parser, TParseState &parent);
+  // What the value children write into; they are read as the declared type.
+  TCIMType ValueType() const { return DeclaredType(); }
+  TCIMType ElementType() const { return DeclaredType().GetElementType(); }
+  unsigned ArraySize() const { return property.arraySize; }
+  TCIMValue value;
+  bool valueSeen = false;
 
 protected:
   TStateProperty(boost::shared_ptr<ICIMInstance> owner, TPropertyAttributes::EKind kind)
       : instance(std::move(owner)), property(kind) {}
 
-  /// Accepts the children of the table; hands any other over to the
-  /// instance (see the class comment).
-  template <std::size_t N>
-  void AcceptOrHandOver(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
-                        const TChildRow (&rows)[N]) {
-    if (phase >= 0 && phase <= kLastPhase && !Accepts(rows, N, name))
-      HandOver(parser, name, attributes);
-    AcceptChild(parser, name, attributes, rows, kLastPhase);
-  }
+  /// Ends the property and hands the child to the instance (see the class
+  /// comment).
+  [[noreturn]] void UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
+                                    TAttributes &attributes) override;
   /// The type of the property as the instance's class declares it. Looked
   /// up once per element: the class and the name stay for the element.
   TCIMType DeclaredType() const;
 
-  static constexpr std::int32_t kLastPhase = 1;
-
   boost::shared_ptr<ICIMInstance> instance;
   TPropertyAttributes property;
-  TCIMValue value;
-  bool valueSeen = false;
 
 private:
   mutable TCIMType declaredType;
   mutable bool declaredTypeKnown = false;
-
-  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
-  bool Accepts(const TChildRow *rows, std::size_t rowCount, const std::string &name) const;
-  [[noreturn]] void HandOver(TCIMXMLParser &parser, const std::string &name,
-                             TAttributes &attributes);
 };
 
 /// "property.array" in an instance; its "value.array" child is read as the
 /// declared type's elements.
 class TCIMXMLParser::TStatePropertyArray : public TCIMXMLParser::TStateProperty {
 public:
-  explicit TStatePropertyArray(boost::shared_ptr<ICIMInstance> owner)
-      : TStateProperty(std::move(owner), TPropertyAttributes::EKind::kArray) {}
+  template <class TParent>
+  TStatePropertyArray(TCIMXMLParser &, TParent &parent)
+      : TStateProperty(parent.instance, TPropertyAttributes::EKind::kArray) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "property.reference" in an instance.
 class TCIMXMLParser::TStatePropertyReference : public TCIMXMLParser::TStateProperty {
 public:
-  explicit TStatePropertyReference(boost::shared_ptr<ICIMInstance> owner)
-      : TStateProperty(std::move(owner), TPropertyAttributes::EKind::kReference) {}
+  template <class TParent>
+  TStatePropertyReference(TCIMXMLParser &, TParent &parent)
+      : TStateProperty(parent.instance, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

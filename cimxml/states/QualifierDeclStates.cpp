@@ -1,9 +1,7 @@
 #include "cimxml/states/QualifierDeclStates.h"
 
-#include "cimxml/states/QualifierStates.h"
+#include "cimxml/states/ValueStates.h"
 #include "core_api/ORVStatusCode.h"
-
-#include <boost/make_shared.hpp>
 
 namespace NVRNORV20 {
 
@@ -41,48 +39,28 @@ void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &pars
   }
 }
 
-// Phases: 0 before "scope", 1 after it. Unlike the CIM-XML document type
-// we require the scope first, with its own message.
 void TCIMXMLParser::TStateQualifierDeclaration::ChildElement(TCIMXMLParser &parser,
                                                              const std::string &name,
                                                              TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      {"scope", 0, 0, 1, &MakeScope},
-      {"value", 1, 1, kKeepPhase, &MakeValue},
-      {"value.array", 1, 1, kKeepPhase, &MakeValueArray},
+      Child<TStateScope, TStateQualifierDeclaration>("scope", kScope, kScope, kValue),
+      Child<TStateValue, TStateQualifierDeclaration>("value", kValue, kValue, kKeepPhase),
+      Child<TStateValueArray, TStateQualifierDeclaration>("value.array", kValue, kValue,
+                                                          kKeepPhase),
   };
-  if (phase == 0 && name != "scope")
+  if (phase == kScope && name != "scope")
     parser.FatalError("Expected SCOPE element");
-  AcceptChild(parser, name, attributes, kRows, 1);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifierDeclaration::MakeScope(TCIMXMLParser &, TParseState &parent) {
-  return boost::make_shared<TStateScope>(static_cast<TStateQualifierDeclaration &>(parent));
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifierDeclaration::MakeValue(TCIMXMLParser &parser, TParseState &parent) {
-  auto &self = static_cast<TStateQualifierDeclaration &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValue>(parser, self.defaultValue, self.type);
-}
-
-TCIMXMLParser::TParseStatePtr
-TCIMXMLParser::TStateQualifierDeclaration::MakeValueArray(TCIMXMLParser &, TParseState &parent) {
-  auto &self = static_cast<TStateQualifierDeclaration &>(parent);
-  self.valueSeen = true;
-  return boost::make_shared<TStateValueArray>(self.defaultValue, self.type, self.arraySize);
+  AcceptChild(parser, name, attributes, kRows, kValue);
 }
 
 bool TCIMXMLParser::TStateQualifierDeclaration::AttributesAgree() const {
   if (isArrayGiven) {
     if (arraySize != 0 && !isArray)
       return false;
-    if (valueSeen && defaultValue.IsArray() != isArray)
+    if (valueSeen && value.IsArray() != isArray)
       return false;
   }
-  if (valueSeen && (arraySize != 0) != defaultValue.IsArray())
+  if (valueSeen && (arraySize != 0) != value.IsArray())
     return false;
   return true;
 }
@@ -94,10 +72,9 @@ void TCIMXMLParser::TStateQualifierDeclaration::ElementEnd(TCIMXMLParser &parser
   // Without a value the default is typed by TYPE alone: an array
   // declaration keeps its size but not the array flag.
   if (!valueSeen)
-    defaultValue = TCIMValue(type, arraySize);
+    value = TCIMValue(type, arraySize);
   try {
-    Require(Namespace(parser)->CreateQualifierDecl(qualifierName, defaultValue, scope, flavor))
-        .Commit();
+    Require(Namespace(parser)->CreateQualifierDecl(qualifierName, value, scope, flavor)).Commit();
   } catch (TORVException &error) {
     // A name declared before (by an earlier document, say) keeps its first
     // declaration.

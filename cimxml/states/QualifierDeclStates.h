@@ -16,6 +16,9 @@ namespace NVRNORV20 {
 /// skipped without a message.
 class TCIMXMLParser::TStateQualifierDeclaration : public TCIMXMLParser::TParseState {
 public:
+  /// Unlike the CIM-XML document type, the scope is required first.
+  enum EPhase : std::int32_t { kScope, kValue };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   /// "Incompatible attributes" when ISARRAY, ARRAYSIZE and the kind of the
@@ -25,13 +28,15 @@ public:
   /// in name order are then not read.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-  /// Filled by the "scope" child.
+  // What the children write into: the scope and the default value.
   std::uint32_t scope = 0;
+  TCIMType ValueType() const { return type; }
+  TCIMType ElementType() const { return type; }
+  unsigned ArraySize() const { return arraySize; }
+  TCIMValue value;
+  bool valueSeen = false;
 
 private:
-  static TParseStatePtr MakeScope(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
   /// The ISARRAY, ARRAYSIZE and value-kind checks.
   bool AttributesAgree() const;
 
@@ -41,8 +46,6 @@ private:
   bool isArrayGiven = false;
   unsigned arraySize = 0;
   ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::kFlavorDefault;
-  TCIMValue defaultValue;
-  bool valueSeen = false;
 };
 
 /// "scope": each of the attributes class, association, property,
@@ -50,7 +53,7 @@ private:
 /// whatever its value ("false" included). Other attributes are ignored.
 class TCIMXMLParser::TStateScope : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateScope(TStateQualifierDeclaration &owner) : declaration(owner) {}
+  TStateScope(TCIMXMLParser &, TStateQualifierDeclaration &owner) : declaration(owner) {}
 
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 

@@ -1,5 +1,4 @@
-// Parse states of qualifiers and of the value elements that carry the
-// values of qualifiers, properties and parameters.
+// The parse state of a qualifier.
 #ifndef ORV_CIMXML_STATES_QUALIFIERSTATES_H
 #define ORV_CIMXML_STATES_QUALIFIERSTATES_H
 
@@ -8,8 +7,6 @@
 #include <boost/shared_ptr.hpp>
 
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace NVRNORV20 {
 
@@ -18,8 +15,9 @@ namespace NVRNORV20 {
 /// "value.array", in any order and number (the last one wins).
 class TCIMXMLParser::TStateQualifier : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateQualifier(boost::shared_ptr<ICIMQualifiedObject> qualified)
-      : target(std::move(qualified)) {}
+  /// Qualifies the parent's QualifiedObject().
+  template <class TParent>
+  TStateQualifier(TCIMXMLParser &, TParent &parent) : target(parent.QualifiedObject()) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -33,55 +31,20 @@ public:
   /// parses its value child untyped.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeValue(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueArray(TCIMXMLParser &parser, TParseState &parent);
+  // What the value children write into.
+  TCIMType ValueType() const { return type; }
+  TCIMType ElementType() const { return type; }
+  /// A qualifier's array has no declared size.
+  static unsigned ArraySize() { return 0; }
+  TCIMValue value;
+  bool valueSeen = false;
 
+private:
   boost::shared_ptr<ICIMQualifiedObject> target;
   std::string qualifierName;
   TCIMType type;
   bool propagated = false;
   ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::kFlavorDefault;
-  TCIMValue value;
-  bool valueSeen = false;
-};
-
-/// "value": the element's text as a value of the creator's type, written
-/// into the creator's slot at the end tag. Text that the type cannot read
-/// gives a null value. It enters no child.
-class TCIMXMLParser::TStateValue : public TCIMXMLParser::TParseState {
-public:
-  /// Empties the parser's text buffer, so that at the end it holds this
-  /// element's text only.
-  TStateValue(TCIMXMLParser &parser, TCIMValue &slot, TCIMType valueType);
-
-  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-
-private:
-  TCIMValue &target;
-  TCIMType type;
-};
-
-/// "value.array": one element per "value" child, read as the element type,
-/// written into the creator's slot as one array value at the end tag.
-class TCIMXMLParser::TStateValueArray : public TCIMXMLParser::TParseState {
-public:
-  TStateValueArray(TCIMValue &slot, TCIMType valueType, unsigned arraySize)
-      : target(slot), elementType(valueType), count(arraySize) {}
-
-  void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
-  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-
-private:
-  static TParseStatePtr MakeElement(TCIMXMLParser &parser, TParseState &parent);
-
-  TCIMValue &target;
-  TCIMType elementType;
-  unsigned count;
-  /// A value state writes into the last element; the next element is added
-  /// only when that state has been popped, so the reference stays valid.
-  std::vector<TCIMValue> elements;
 };
 
 } // namespace NVRNORV20

@@ -9,8 +9,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <string>
-#include <utility>
 
 namespace NVRNORV20 {
 
@@ -23,27 +23,35 @@ namespace NVRNORV20 {
 /// child replaces the whole target, class name included.
 class TCIMXMLParser::TStateInstanceName : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateInstanceName(TCIMReference &reference)
-      : target(reference), keyValueSeen(false), referenceSeen(false) {}
+  enum EPhase : std::int32_t { kStart, kKeyBindings, kKeyValue, kReference };
+
+  /// Fills the parent's instanceName.
+  template <class TParent>
+  TStateInstanceName(TCIMXMLParser &, TParent &parent) : instanceName(parent.instanceName) {}
+  /// An instance name of a named instance, or of a reference value, lies in
+  /// the parser's namespace.
+  TStateInstanceName(TCIMXMLParser &parser, TStateValueNamedInstance &parent);
+  TStateInstanceName(TCIMXMLParser &parser, TStateValueReference &parent);
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
+  // What the children write into.
+  TCIMReference &instanceName;
+  /// The class named by the "classname" attribute.
+  boost::shared_ptr<ICIMClass> keyClass;
+  std::string keyValueText;
+  TCIMValue value;
+  bool valueSeen = false;
+
 private:
-  static TParseStatePtr MakeKeyBinding(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeKeyValue(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
+  explicit TStateInstanceName(TCIMReference &target) : instanceName(target) {}
   /// Binds the bare key value to the class's first key property.
   void AddFirstKey(TCIMXMLParser &parser);
 
-  TCIMReference &target;
   std::string className;
-  std::string keyValueText;
-  TCIMValue referenceValue;
-  bool keyValueSeen;
-  bool referenceSeen;
-  boost::shared_ptr<ICIMClass> cls;
 };
 
 /// "keybinding": attribute "name" names the key; its value is the last key
@@ -54,33 +62,39 @@ private:
 /// the object model.
 class TCIMXMLParser::TStateKeyBinding : public TCIMXMLParser::TParseState {
 public:
-  TStateKeyBinding(boost::shared_ptr<ICIMClass> keyClass, TCIMReference &reference)
-      : cls(std::move(keyClass)), target(reference), referenceSeen(false) {}
+  /// Adds to the parent's instanceName a key of the parent's keyClass.
+  template <class TParent>
+  TStateKeyBinding(TCIMXMLParser &, TParent &parent)
+      : keyClass(parent.keyClass), instanceName(parent.instanceName) {}
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-private:
-  static TParseStatePtr MakeKeyValue(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueReference(TCIMXMLParser &parser, TParseState &parent);
-
-  boost::shared_ptr<ICIMClass> cls;
-  TCIMReference &target;
-  std::string keyName;
-  bool referenceSeen;
-  TCIMValue referenceValue;
+  // What the children write into.
   std::string keyValueText;
+  TCIMValue value;
+  bool valueSeen = false;
+
+private:
+  boost::shared_ptr<ICIMClass> keyClass;
+  TCIMReference &instanceName;
+  std::string keyName;
 };
 
-/// "keyvalue": its text, untrimmed, becomes the target. Its attributes (the
-/// value type) are not read, and child elements are neither entered nor
-/// reported.
+/// "keyvalue": its text, untrimmed, becomes the parent's keyValueText. Its
+/// attributes (the value type) are not read, and child elements are neither
+/// entered nor reported.
 class TCIMXMLParser::TStateKeyValue : public TCIMXMLParser::TParseState {
 public:
   /// Empties the parser's character buffer, so that the end sees this
   /// element's text only.
-  TStateKeyValue(TCIMXMLParser &parser, std::string &text);
+  template <class TParent>
+  TStateKeyValue(TCIMXMLParser &parser, TParent &parent) : target(parent.keyValueText) {
+    CharacterData(parser).clear();
+  }
+
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
 private:
@@ -88,32 +102,36 @@ private:
 };
 
 /// "value.reference": makes a reference value from any of its path children
-/// (any number, each acting in turn) and stores it into the target. Only a
-/// class name or an instance name gives the reference a namespace, and that
-/// is the parser's own; hosts and namespace paths of the path forms are read
-/// and dropped. Any other child is "Unexpected element " + name.
+/// (any number, each acting in turn) and stores it into the parent's value,
+/// which counts as seen. Only a class name or an instance name gives the
+/// reference a namespace, and that is the parser's own; hosts and namespace
+/// paths of the path forms are read and dropped. Any other child is
+/// "Unexpected element " + name.
 class TCIMXMLParser::TStateValueReference : public TCIMXMLParser::TParseState {
 public:
-  explicit TStateValueReference(TCIMValue &value);
+  /// Whether the reference is a class's: a class is named by a class path or
+  /// class name, and an instance name, at any point, makes it an instance's.
+  enum EPhase : std::int32_t { kUnnamed, kClassNamed, kInstanceNamed };
+
+  template <class TParent>
+  TStateValueReference(TCIMXMLParser &, TParent &parent) : TStateValueReference(parent.value) {
+    parent.valueSeen = true;
+  }
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
-private:
-  static TParseStatePtr MakeClassPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeLocalClassPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeClassName(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstancePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeLocalInstancePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeInstanceName(TCIMXMLParser &parser, TParseState &parent);
-
-  TCIMValue &target;
-  bool instanceNameSeen;
-  bool classNameGiven;
+  // What the children write into.
   std::string host;
   std::string namespacePath;
-  TCIMReference reference;
   std::string className;
+  TCIMReference instanceName;
+
+private:
+  explicit TStateValueReference(TCIMValue &value);
+
+  TCIMValue &target;
 };
 
 } // namespace NVRNORV20

@@ -6,6 +6,7 @@
 
 #include "cimxml/CIMXMLParser.h"
 
+#include <cstdint>
 #include <string>
 
 namespace NVRNORV20 {
@@ -16,9 +17,6 @@ class TCIMXMLParser::TStateStart : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeCIM(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// The root element. Its attributes (the versions) are not read; its
@@ -27,10 +25,6 @@ class TCIMXMLParser::TStateCIM : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeDeclaration(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeMessage(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "declaration": any number of declaration groups of the three kinds, in
@@ -39,11 +33,6 @@ class TCIMXMLParser::TStateDeclaration : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeDeclGroup(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeDeclGroupWithName(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeDeclGroupWithPath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "declgroup": an optional namespace path, then qualifier declarations,
@@ -51,20 +40,14 @@ private:
 /// is "Unexpected element " + name.
 class TCIMXMLParser::TStateDeclGroup : public TCIMXMLParser::TParseState {
 public:
+  enum EPhase : std::int32_t { kNamespacePath, kQualifierDeclarations, kValueObjects };
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
 
   /// Filled by the namespace-path children; not read afterwards.
   std::string host;
   std::string namespacePath;
-
-protected:
-  static TParseStatePtr MakeNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeLocalNamespacePath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeQualifierDeclaration(TCIMXMLParser &parser, TParseState &parent);
-
-private:
-  static TParseStatePtr MakeValueObject(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "declgroup.withname": the content model of "declgroup" with
@@ -73,9 +56,6 @@ class TCIMXMLParser::TStateDeclGroupWithName : public TCIMXMLParser::TStateDeclG
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueNamedObject(TCIMXMLParser &parser, TParseState &parent);
 };
 
 /// "declgroup.withpath": only the two value objects that carry a path, in
@@ -84,10 +64,6 @@ class TCIMXMLParser::TStateDeclGroupWithPath : public TCIMXMLParser::TParseState
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
-
-private:
-  static TParseStatePtr MakeValueObjectWithPath(TCIMXMLParser &parser, TParseState &parent);
-  static TParseStatePtr MakeValueObjectWithLocalPath(TCIMXMLParser &parser, TParseState &parent);
 };
 
 } // namespace NVRNORV20

@@ -31,7 +31,7 @@ std::vector<std::string> gEvents;
 /// says how its state behaves:
 ///   seq  phases 0..0, then 1     qual phases 0..1, then 1
 ///   obj  phases 0..2, then 2     root any phase, phase kept
-///   none any phase, the maker makes no state
+///   none any phase, no state is made
 ///   text a state holding text: the buffer is emptied at its push
 ///   failstart, format, badvalue: ElementStart throws 9, 36, 8
 ///   failend, fatalend: ElementEnd throws 16, or calls FatalError
@@ -41,6 +41,10 @@ public:
   using TParseStatePtr = TCIMXMLParser::TParseStatePtr;
 
   explicit TProbe(std::string name) : label(std::move(name)) {}
+  /// The label is the element name, which the state does not see: the
+  /// parent's last event names it.
+  TProbe(TCIMXMLParser &, TProbe &)
+      : label(gEvents.back().substr(6, gEvents.back().find('@') - 6)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override {
@@ -48,17 +52,17 @@ public:
     if (name == "runtime")
       throw std::runtime_error("not a parser error");
     static constexpr TChildRow kRows[] = {
-        {"seq", 0, 0, 1, &Make},
-        {"qual", 0, 1, 1, &Make},
-        {"obj", 0, 2, 2, &Make},
-        {"root", 0, 2, kKeepPhase, &Make},
-        {"none", 0, 2, kKeepPhase, &MakeNothing},
-        {"text", 0, 2, kKeepPhase, &MakeText},
-        {"failstart", 0, 2, 1, &Make},
-        {"format", 0, 2, kKeepPhase, &Make},
-        {"badvalue", 0, 2, kKeepPhase, &Make},
-        {"failend", 0, 2, kKeepPhase, &Make},
-        {"fatalend", 0, 2, kKeepPhase, &Make},
+        Child<TProbe, TProbe>("seq", 0, 0, 1),
+        Child<TProbe, TProbe>("qual", 0, 1, 1),
+        Child<TProbe, TProbe>("obj", 0, 2, 2),
+        Child<TProbe, TProbe>("root", 0, 2, kKeepPhase),
+        Ignored("none", 0, 2, kKeepPhase),
+        Child<TTextProbe, TProbe>("text", 0, 2, kKeepPhase),
+        Child<TProbe, TProbe>("failstart", 0, 2, 1),
+        Child<TProbe, TProbe>("format", 0, 2, kKeepPhase),
+        Child<TProbe, TProbe>("badvalue", 0, 2, kKeepPhase),
+        Child<TProbe, TProbe>("failend", 0, 2, kKeepPhase),
+        Child<TProbe, TProbe>("fatalend", 0, 2, kKeepPhase),
     };
     AcceptChild(parser, name, attributes, kRows, 2, miss);
   }
@@ -102,20 +106,16 @@ public:
   using TParseState::EMiss;
 
 private:
-  static TParseStatePtr Make(TCIMXMLParser &, TParseState &) {
-    // The label is the element name, which the maker does not see: the
-    // parent's last event names it.
-    const std::string &last = gEvents.back();
-    return boost::make_shared<TProbe>(last.substr(6, last.find('@') - 6));
-  }
-  static TParseStatePtr MakeNothing(TCIMXMLParser &, TParseState &) { return TParseStatePtr(); }
-  static TParseStatePtr MakeText(TCIMXMLParser &parser, TParseState &) {
-    CharacterData(parser).clear();
-    return boost::make_shared<TProbe>("text");
-  }
+  /// A probe that holds text, as the value states do.
+  class TTextProbe;
 
   std::string label;
   EMiss miss = EMiss::kFallThrough;
+};
+
+class TProbe::TTextProbe : public TProbe {
+public:
+  TTextProbe(TCIMXMLParser &parser, TProbe &) : TProbe("text") { Text(parser).clear(); }
 };
 
 class TCIMXMLParserTest : public ::testing::Test {

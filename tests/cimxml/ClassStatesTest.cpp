@@ -108,8 +108,11 @@ TEST_F(ClassStatesTest, ChildrenOfAnEarlierKindAfterALaterOneAreUnexpected) {
 
 TEST_F(ClassStatesTest, PhasesBeyondMethodsAreCorrupt) {
   TCIMXMLParser parser(ns);
-  boost::shared_ptr<ICIMClass> slot;
-  TCIMXMLParser::TStateClass state(slot);
+  struct {
+    boost::shared_ptr<ICIMClass> cls;
+    bool isClass = false;
+  } owner;
+  TCIMXMLParser::TStateClass state(parser, owner);
   TCIMXMLParser::TParseState::TAttributes attributes;
   state.phase = 3;
   EXPECT_THROW(state.ChildElement(parser, "method", attributes), NVRNORV20::TORVException);

@@ -147,10 +147,14 @@ TEST_F(MethodStatesTest, MethodChildrenComeInAnyOrderAndNothingElse) {
 TEST_F(MethodStatesTest, PhasesBeyondTheContentModelsAreCorrupt) {
   TCIMXMLParser parser(ns);
   TCIMXMLParser::TParseState::TAttributes attributes;
-  TCIMXMLParser::TStateMethod method{boost::shared_ptr<NVRNORV20::ICIMClass>()};
+  struct {
+    boost::shared_ptr<NVRNORV20::ICIMClass> cls;
+    boost::shared_ptr<ICIMMethod> method;
+  } owner;
+  TCIMXMLParser::TStateMethod method{parser, owner};
   method.phase = 5;
   EXPECT_THROW(method.ChildElement(parser, "qualifier", attributes), NVRNORV20::TORVException);
-  TCIMXMLParser::TStateParameterReference reference{boost::shared_ptr<ICIMMethod>()};
+  TCIMXMLParser::TStateParameterReference reference{parser, owner};
   reference.phase = 2;
   EXPECT_THROW(reference.ChildElement(parser, "qualifier", attributes), NVRNORV20::TORVException);
   EXPECT_EQ(Log(), std::vector<std::string>(2, ParserError(1, "Parser state corrupt")));

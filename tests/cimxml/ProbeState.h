@@ -31,7 +31,6 @@ inline std::string EndElementError(unsigned line, NVRNORV20::EORVStatusCode code
 
 class TProbeState : public NVRNORV20::TCIMXMLParser::TParseState {
   using TParser = NVRNORV20::TCIMXMLParser;
-  using TParseStatePtr = TParser::TParseStatePtr;
 
 public:
   TProbeState()
@@ -40,19 +39,19 @@ public:
 
   void ChildElement(TParser &parser, const std::string &name, TAttributes &attributes) override {
     static constexpr TChildRow kRows[] = {
-        {"namespacepath", 0, 0, kKeepPhase, &Make<TParser::TStateNamespacePath>},
-        {"localnamespacepath", 0, 0, kKeepPhase, &Make<TParser::TStateLocalNamespacePath>},
-        {"classpath", 0, 0, kKeepPhase, &Make<TParser::TStateClassPath>},
-        {"localclasspath", 0, 0, kKeepPhase, &Make<TParser::TStateLocalClassPath>},
-        {"classname", 0, 0, kKeepPhase, &Make<TParser::TStateClassName>},
-        {"instancepath", 0, 0, kKeepPhase, &Make<TParser::TStateInstancePath>},
-        {"localinstancepath", 0, 0, kKeepPhase, &Make<TParser::TStateLocalInstancePath>},
-        {"instancename", 0, 0, kKeepPhase, &Make<TParser::TStateInstanceName>},
-        {"keybinding", 0, 0, kKeepPhase, &Make<TParser::TStateKeyBinding>},
-        {"value.reference", 0, 0, kKeepPhase, &Make<TParser::TStateValueReference>},
-        {"message", 0, 0, kKeepPhase, &Make<TParser::TStateMessage>},
+        Child<TParser::TStateNamespacePath, TProbeState>("namespacepath"),
+        Child<TParser::TStateLocalNamespacePath, TProbeState>("localnamespacepath"),
+        Child<TParser::TStateClassPath, TProbeState>("classpath"),
+        Child<TParser::TStateLocalClassPath, TProbeState>("localclasspath"),
+        Child<TParser::TStateClassName, TProbeState>("classname"),
+        Child<TParser::TStateInstancePath, TProbeState>("instancepath"),
+        Child<TParser::TStateLocalInstancePath, TProbeState>("localinstancepath"),
+        Child<TParser::TStateInstanceName, TProbeState>("instancename"),
+        Child<TParser::TStateKeyBinding, TProbeState>("keybinding"),
+        Child<TParser::TStateValueReference, TProbeState>("value.reference"),
+        Child<TParser::TStateMessage, TProbeState>("message"),
     };
-    AcceptChild(parser, name, attributes, kRows, 0);
+    AcceptChild(parser, name, attributes, kRows, kAnyOrder);
   }
   /// The probe stays to the end: end tags that reach it (those of refused
   /// elements, and of elements whose state was ended early) are absorbed,
@@ -85,52 +84,15 @@ public:
   std::string namespacePath;
   std::string className;
   NVRNORV20::TCIMReference reference;
+  /// The name under which the states bind the reference.
+  NVRNORV20::TCIMReference &instanceName = reference;
   NVRNORV20::TCIMValue value;
+  bool valueSeen = false;
   /// The class a key binding looks its key up in.
   boost::shared_ptr<NVRNORV20::ICIMClass> keyClass;
   bool aborted = false;
   std::vector<boost::shared_ptr<NVRNORV20::ICIMClass>> classes;
   std::vector<boost::shared_ptr<NVRNORV20::ICIMInstance>> instances;
-
-private:
-  // One maker per state, binding the fields that its constructor takes.
-  template <class TState> static TParseStatePtr Make(TParser &parser, TParseState &parent) {
-    auto &self = static_cast<TProbeState &>(parent);
-    return self.MakeState(parser, static_cast<TState *>(nullptr));
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateNamespacePath *) {
-    return boost::make_shared<TParser::TStateNamespacePath>(host, namespacePath);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateLocalNamespacePath *) {
-    return boost::make_shared<TParser::TStateLocalNamespacePath>(namespacePath);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateClassPath *) {
-    return boost::make_shared<TParser::TStateClassPath>(host, namespacePath, className);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateLocalClassPath *) {
-    return boost::make_shared<TParser::TStateLocalClassPath>(namespacePath, className);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateClassName *) {
-    return boost::make_shared<TParser::TStateClassName>(className);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateInstancePath *) {
-    return boost::make_shared<TParser::TStateInstancePath>(host, namespacePath, reference);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateLocalInstancePath *) {
-    return boost::make_shared<TParser::TStateLocalInstancePath>(namespacePath, reference);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateInstanceName *) {
-    return boost::make_shared<TParser::TStateInstanceName>(reference);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateKeyBinding *) {
-    return boost::make_shared<TParser::TStateKeyBinding>(keyClass, reference);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateValueReference *) {
-    return boost::make_shared<TParser::TStateValueReference>(value);
-  }
-  TParseStatePtr MakeState(TParser &, TParser::TStateMessage *) {
-    return boost::make_shared<TParser::TStateMessage>();
-  }
 };
 
 } // namespace orvtest
