@@ -15,8 +15,8 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <system_error>
 #include <string>
+#include <system_error>
 #include <vector>
 
 using namespace NVRNORV20;
@@ -117,30 +117,24 @@ bool FileExists(const std::string &path) {
   return true;
 }
 
-/// Where an installed tool finds its examples: beside its own binary, so
-/// that a tree installed under any prefix, or moved, still finds them.
-std::string InstalledExamplesBesideBinary() {
+#ifdef ORV_SOURCE_EXAMPLES_DIR
+/// The build tree's binary loads the examples of its source tree.
+std::string BundledExamplesDir() {
+  return ORV_SOURCE_EXAMPLES_DIR;
+}
+#else
+/// The installed binary finds its examples where the install put them
+/// relative to the binary itself, so that a tree installed under any prefix,
+/// or moved, still finds them. Empty when the binary's own path cannot be
+/// read.
+std::string BundledExamplesDir() {
   std::error_code error;
   const std::filesystem::path binary = std::filesystem::read_symlink("/proc/self/exe", error);
   if (error)
     return std::string();
   return (binary.parent_path() / ORV_EXAMPLES_FROM_BINARY).lexically_normal().string();
 }
-
-/// The bundled example: beside an installed binary, in the source tree for
-/// a binary of the build tree, else where the build meant to install it.
-/// Empty when none exists.
-std::string FindBundledExample() {
-  const std::string candidates[] = {
-      InstalledExamplesBesideBinary() + "/schema.xml",
-      std::string(ORV_SOURCE_EXAMPLES_DIR) + "/schema.xml",
-      std::string(ORV_INSTALLED_EXAMPLES_DIR) + "/schema.xml",
-  };
-  for (const std::string &candidate : candidates)
-    if (FileExists(candidate))
-      return candidate;
-  return std::string();
-}
+#endif
 
 void PrintStats(const std::string &fileName, double seconds) {
   std::uint64_t bytes = 0;
@@ -212,12 +206,11 @@ int main(int argc, char **argv) {
     return kExitOK;
   }
   if (options.files.empty()) {
-    const std::string example = FindBundledExample();
-    if (example.empty()) {
-      std::fprintf(stderr,
-                   "cimxml: no FILE given and the bundled example was not found in %s "
-                   "or %s\n",
-                   ORV_SOURCE_EXAMPLES_DIR, ORV_INSTALLED_EXAMPLES_DIR);
+    const std::string examples = BundledExamplesDir();
+    const std::string example = examples + "/schema.xml";
+    if (examples.empty() || !FileExists(example)) {
+      std::fprintf(stderr, "cimxml: no FILE given and the bundled example was not found in %s\n",
+                   examples.empty() ? "(cannot read /proc/self/exe)" : examples.c_str());
       return kExitFailed;
     }
     std::fprintf(stderr, "cimxml: no FILE given; loading the bundled example %s\n",

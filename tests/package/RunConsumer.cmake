@@ -9,7 +9,8 @@
 #  3. build the consumer project with find_package(ORV) against the prefix;
 #  4. build the same program with the compiler and pkg-config alone;
 #  5. run both programs, and the installed cimxml tool when it is built, on
-#     the examples.
+#     the examples;
+#  6. move the installed tree and run the tool there without FILE.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(var ORV_BUILD_DIR ORV_WORK_DIR ORV_INSTALL_LIBDIR ORV_CONSUMER_DIR
@@ -86,9 +87,18 @@ if(NOT pcIncludes)
 endif()
 
 file(GLOB_RECURSE headers RELATIVE ${prefix}/include/orv ${prefix}/include/orv/*.h)
-list(LENGTH headers headerCount)
-if(headerCount LESS 20)
-  message(FATAL_ERROR "Only ${headerCount} headers were installed: ${headers}")
+# The headers a program starts from are there; the object model's classes
+# and the parse states are the libraries' own and are not.
+foreach(header core_api/CIMInterfaces.h cimxml/CIMXMLParser.h populate/NamespacePopulator.h
+               xml/XmlParser.h)
+  if(NOT header IN_LIST headers)
+    message(FATAL_ERROR "${header} was not installed; the headers installed: ${headers}")
+  endif()
+endforeach()
+set(internalHeaders ${headers})
+list(FILTER internalHeaders INCLUDE REGEX "^(core|cimxml/states)/")
+if(internalHeaders)
+  message(FATAL_ERROR "Internal headers were installed: ${internalHeaders}")
 endif()
 set(allHeaders "")
 foreach(header ${headers})
@@ -160,6 +170,26 @@ if(ORV_CHECK_TOOL)
            COMMAND ${prefix}/bin/cimxml --quiet ${installedSchema})
   if(NOT out STREQUAL "${installedSchema}: 6 classes, 0 instances\n")
     message(FATAL_ERROR "The installed cimxml printed:\n${out}")
+  endif()
+
+  # 6. Without FILE it loads the example installed with it, and still does
+  # once the whole tree has been moved. With that example gone it fails,
+  # naming where it looked: in the moved tree, never the source tree.
+  file(REAL_PATH ${ORV_WORK_DIR} workDir)
+  set(moved ${workDir}/moved-prefix)
+  file(RENAME ${prefix} ${moved})
+  set(movedExamples ${moved}/share/orv/examples)
+  orv_step("run the moved cimxml without FILE" OUTPUT out COMMAND ${moved}/bin/cimxml --quiet)
+  if(NOT out STREQUAL "${movedExamples}/schema.xml: 6 classes, 0 instances\n")
+    message(FATAL_ERROR "The moved cimxml, given no FILE, printed:\n${out}")
+  endif()
+  file(REMOVE ${movedExamples}/schema.xml)
+  execute_process(COMMAND ${moved}/bin/cimxml --quiet
+                  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  set(expected "cimxml: no FILE given and the bundled example was not found in ${movedExamples}\n")
+  if(NOT status STREQUAL "1" OR NOT out STREQUAL "" OR NOT err STREQUAL expected)
+    message(FATAL_ERROR "Without its example the moved cimxml exited ${status}, printed:\n"
+                        "${out}\n--- standard error ---\n${err}\nexpected status 1 and:\n${expected}")
   endif()
 endif()
 
