@@ -100,12 +100,12 @@ const std::string &TCIMXMLParser::FoldElementName(const char *name) {
         foldTable[byte] = facet.tolower(static_cast<char>(byte));
     foldFacet = &facet;
   }
-  char *out = &foldedName[0];
   if (!foldByTable) {
-    std::memcpy(out, name, length);
-    foldFacet->tolower(out, out + length);
+    foldedName.assign(name, length);
+    foldFacet->tolower(&foldedName[0], &foldedName[0] + length);
     return foldedName;
   }
+  char *out = &foldedName[0];
   for (std::size_t i = 0; i < length; ++i)
     out[i] = foldTable[static_cast<unsigned char>(name[i])];
   return foldedName;

@@ -7,7 +7,7 @@ set -euo pipefail
 packages=(cmake ninja-build g++ libboost-dev zlib1g-dev)
 case "${1:-main}" in
   main) ;;
-  test) packages+=(libgtest-dev libgmock-dev clang pkgconf valgrind) ;;
+  test) packages+=(libgtest-dev libgmock-dev clang clang-format clang-tidy pkgconf valgrind) ;;
   bench) packages+=(libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev) ;;
   *) echo "usage: $0 main|test|bench" >&2; exit 2 ;;
 esac

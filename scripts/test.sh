@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The test job: build everything with AddressSanitizer and
-# UndefinedBehaviorSanitizer, warnings as errors; run both fuzz targets
+# UndefinedBehaviorSanitizer, warnings as errors; lint with clang-format and
+# clang-tidy; run both fuzz targets
 # briefly on their seeds; run the cimxml tool under valgrind on the
 # examples; then run the whole suite.
 set -euo pipefail
@@ -10,6 +11,8 @@ bash scripts/install-deps.sh test
 cmake -S . -B build/test -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DORV_WERROR=ON -DORV_SANITIZE="address;undefined" -DORV_BUILD_TESTS=ON
 cmake --build build/test -j2
+
+bash scripts/lint.sh build/test
 
 export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
