@@ -10,9 +10,11 @@
 #include "core_api/OSSpecific.h"
 #include "populate/NamespacePopulator.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <string>
@@ -193,6 +195,15 @@ bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
   }
 }
 
+/// The exit status once standard output is flushed: a write that failed
+/// (a full disk, a closed stream) fails the run, whatever loaded.
+int Finish(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+    return status;
+  std::fprintf(stderr, "cimxml: cannot write standard output: %s\n", std::strerror(errno));
+  return status == kExitUsage ? kExitUsage : kExitFailed;
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
@@ -203,7 +214,7 @@ int main(int argc, char **argv) {
   }
   if (options.help) {
     std::fputs(kUsage, stdout);
-    return kExitOK;
+    return Finish(kExitOK);
   }
   if (options.files.empty()) {
     const std::string examples = BundledExamplesDir();
@@ -229,5 +240,5 @@ int main(int argc, char **argv) {
       allLoaded = PrintMOF(ns) && allLoaded;
   }
   TRootObject::SetCoreLogger(nullptr);
-  return allLoaded ? kExitOK : kExitFailed;
+  return Finish(allLoaded ? kExitOK : kExitFailed);
 }
