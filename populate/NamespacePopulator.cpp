@@ -152,6 +152,10 @@ template <class TResult>
 TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
                  bool upperCaseGzip, TResult (TCIMXMLParser::*collected)() const) {
   try {
+    // Without a namespace every state would fail on its own: one failure
+    // for the call says it better.
+    if (!ns)
+      throw TORVException(TORVStatusCode(kORVStatusNullObject));
     const std::uint64_t fileSize = TOSSpecific::GetFileSize(fileName);
     const bool gzip =
         NameContains(fileName, ".gz") || (upperCaseGzip && NameContains(fileName, ".GZ"));

@@ -20,7 +20,8 @@ namespace NVRNORV20 {
 /// first 104857600 bytes are read.
 ///
 /// Every failure leaves as TORVException, after the core logger got
-/// "Previous error was while parsing file '<name>'" at level 0: 11 when the
+/// "Previous error was while parsing file '<name>'" at level 0: 10 for an
+/// empty namespace pointer, before the file is looked at; 11 when the
 /// file cannot be examined, opened or read, 29 for a gzip name without the
 /// gzip magic, 30 when decompression yields nothing, 4 when memory runs out,
 /// and the parser's own statuses (9 for a document that is not CIM-XML).
