@@ -85,9 +85,9 @@ inline int Lower(char c) {
   return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
 }
 
-// Names are short: a plain loop beats a call to memcmp.
-// Names are compared a word at a time: element names such as
-// "qualifier.declaration" are long enough for a byte loop to show.
+// Short runs are compared in a plain loop, longer ones a word at a time:
+// element names such as "qualifier.declaration" are long enough for a byte
+// loop to show.
 inline bool SameBytes(const char *a, const char *b, std::size_t length) {
   if (length < sizeof(std::uint64_t)) {
     for (std::size_t i = 0; i < length; ++i)
