@@ -91,9 +91,6 @@ std::size_t CountLineFeeds(const char *from, const char *to) {
 
 constexpr std::string_view kTerminators[] = {"?>", "-->", ">"};
 
-constexpr const char *kFormatMarker = "throwExInvalidFormat";
-constexpr const char *kValueMarker = "throwExInvalidValue";
-
 // Puts a byte back when the scope ends, also when a handler throws.
 class TByteRestorer {
 public:
@@ -456,11 +453,11 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   // A marker counts only when it is the one entry the handler added.
   if (attributes.size() == sizeBefore + 1) {
     TOpenElement &element = openElements.back();
-    auto marker = attributes.find(kFormatMarker);
+    auto marker = attributes.find(kMarkerInvalidFormat);
     if (marker != attributes.end()) {
       attributes.erase(marker);
       element.result = false;
-    } else if ((marker = attributes.find(kValueMarker)) != attributes.end()) {
+    } else if ((marker = attributes.find(kMarkerInvalidValue)) != attributes.end()) {
       attributes.erase(marker);
       element.valueRejected = true;
     }

@@ -22,6 +22,9 @@ class ORVCIMXML_API TXmlParser {
 public:
   /// Attribute names (lower-cased) to raw values, ordered byte-wise.
   using TAttributes = std::map<std::string, std::string>;
+  /// The marker keys a StartElement handler may add (see there).
+  static constexpr char kMarkerInvalidFormat[] = "throwExInvalidFormat";
+  static constexpr char kMarkerInvalidValue[] = "throwExInvalidValue";
 
   TXmlParser();
   /// Copies are shallow: the tokenizer never owns the buffer.
@@ -31,9 +34,9 @@ public:
 
   /// A start tag. The name points into the buffer, in the case in which it
   /// is written, terminated for as long as the element is open. The handler
-  /// may add the marker keys "throwExInvalidFormat" (the element is rejected:
-  /// its parent ends after it) or "throwExInvalidValue" (a VALUE element's
-  /// end tag is not reported).
+  /// may add the marker key kMarkerInvalidFormat (the element is rejected:
+  /// its parent ends after it) or kMarkerInvalidValue (a VALUE element's end
+  /// tag is not reported).
   virtual void StartElement(const char *name, TAttributes &attributes) = 0;
   /// An end tag; the same pointer as the start tag's name.
   virtual void EndElement(const char *name) = 0;
