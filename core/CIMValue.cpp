@@ -1,5 +1,6 @@
 #include "core_api/CIMValue.h"
 
+#include "core/AsciiText.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <boost/make_shared.hpp>
@@ -31,14 +32,6 @@ const std::array<std::string, kTypeCount> &TypeNames() {
 constexpr std::string_view kTypeNameViews[kTypeCount] = {
     "",       "boolean", "string", "char16", "uint8",  "sint8",  "uint16",   "sint16",
     "uint32", "sint32",  "uint64", "sint64", "real32", "real64", "datetime", "reference"};
-
-char FoldAscii(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool IsSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
 
 // Compares text with a lower-case word, folding the text's ASCII letters.
 bool EqualsLowerWord(const char *text, std::size_t length, const char *word,
@@ -507,8 +500,7 @@ TCIMValue::TCIMValue(bool value) : type(kCIMTypeBoolean), null(false) {
   scalar.boolean = value;
 }
 
-TCIMValue::TCIMValue(const std::string &value)
-    : type(kCIMTypeString), null(false), text(value) {}
+TCIMValue::TCIMValue(const std::string &value) : type(kCIMTypeString), null(false), text(value) {}
 
 TCIMValue::TCIMValue(const char *value) : type(kCIMTypeString), text() {
   // A null pointer is a null string rather than a crash.
