@@ -17,9 +17,6 @@ namespace NVRNORV20 {
 
 namespace {
 
-const char kMarkerInvalidFormat[] = "throwExInvalidFormat";
-const char kMarkerInvalidValue[] = "throwExInvalidValue";
-
 /// Level of every message written while a document is parsed.
 const int kParseErrorLevel = 3;
 

@@ -1,5 +1,6 @@
 #include "core_api/CIMDateTime.h"
 
+#include "core/AsciiText.h"
 #include "core_api/ORVStatusCode.h"
 
 namespace NVRNORV20 {
@@ -10,10 +11,6 @@ constexpr std::size_t kCIMDateTimeLength = 25;
 
 [[noreturn]] void ThrowInvalidDateTime() {
   throw TORVException(kORVStatusInvalidDateTime);
-}
-
-bool IsSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 bool IsDigit(char c) {

@@ -4,6 +4,8 @@
 #ifndef ORV_CORE_CIMNAME_H
 #define ORV_CORE_CIMNAME_H
 
+#include "core/AsciiText.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <cstddef>
@@ -16,18 +18,11 @@
 
 namespace NVRNORV20 {
 
-/// The byte with ASCII upper-case letters folded to lower case; every other
-/// byte (UTF-8 included) is left as it is.
-inline unsigned char FoldNameByte(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
-}
-
 /// The name with ASCII letters in lower case.
 inline std::string FoldName(std::string_view name) {
   std::string folded(name.size(), '\0');
   for (std::size_t i = 0; i < name.size(); ++i)
-    folded[i] = static_cast<char>(FoldNameByte(name[i]));
+    folded[i] = FoldAscii(name[i]);
   return folded;
 }
 
@@ -40,7 +35,7 @@ struct TNameHash {
   std::size_t operator()(std::string_view name) const {
     std::uint64_t hash = 14695981039346656037ull; // FNV-1a
     for (char c : name) {
-      hash ^= FoldNameByte(c);
+      hash ^= static_cast<unsigned char>(FoldAscii(c));
       hash *= 1099511628211ull;
     }
     return static_cast<std::size_t>(hash);
@@ -52,7 +47,7 @@ struct TNameEqual {
     if (left.size() != right.size())
       return false;
     for (std::size_t i = 0; i < left.size(); ++i)
-      if (FoldNameByte(left[i]) != FoldNameByte(right[i]))
+      if (FoldAscii(left[i]) != FoldAscii(right[i]))
         return false;
     return true;
   }

@@ -1,5 +1,6 @@
 #include "core_api/CIMReference.h"
 
+#include "core/AsciiText.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 
@@ -8,10 +9,6 @@
 namespace NVRNORV20 {
 
 namespace {
-
-char FoldAscii(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 bool EqualsNoCase(const char *a, std::size_t aLength, const std::string &b) {
   if (aLength != b.size())
@@ -28,10 +25,6 @@ bool EqualsNoCase(const std::string &a, const std::string &b) {
 
 bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-bool IsSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 [[noreturn]] void ThrowBadPath() {

@@ -30,9 +30,9 @@ public:
     // Reject elements as the CIM-XML parser's states may, through the two
     // marker entries.
     if (attributes.count("format") != 0)
-      attributes["throwExInvalidFormat"] = "kORVStatusInvalidFormat";
+      attributes[kMarkerInvalidFormat] = "kORVStatusInvalidFormat";
     else if (attributes.count("value") != 0)
-      attributes["throwExInvalidValue"] = "kORVStatusInvalidProperty";
+      attributes[kMarkerInvalidValue] = "kORVStatusInvalidProperty";
   }
   void EndElement(const char *name) override { sink += std::strlen(name); }
   void processingInstruction(const char *, const char *) override {}

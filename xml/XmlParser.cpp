@@ -1,11 +1,11 @@
 #include "xml/XmlParser.h"
 
-#include <algorithm>
+#include "xml/XmlBytes.h"
+#include "xml/XmlCaches.h"
+
 #include <array>
-#include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <tuple>
 
 namespace NVRNORV20 {
 
@@ -77,39 +77,6 @@ inline char *SkipText(char *p) {
   return p + std::strcspn(p, "<&");
 }
 
-// Folds the bytes of references, which are matched in any letter case.
-// Only ASCII bytes can match, and for those this is what the C library's
-// tolower does (names use the locale facet instead).
-inline int Lower(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
-}
-
-// Names are short: a plain loop beats a call to memcmp.
-// Names are compared a word at a time: element names such as
-// "qualifier.declaration" are long enough for a byte loop to show.
-inline bool SameBytes(const char *a, const char *b, std::size_t length) {
-  if (length < sizeof(std::uint64_t)) {
-    for (std::size_t i = 0; i < length; ++i)
-      if (a[i] != b[i])
-        return false;
-    return true;
-  }
-  std::uint64_t left = 0;
-  std::uint64_t right = 0;
-  std::size_t i = 0;
-  for (; i + sizeof left <= length; i += sizeof left) {
-    std::memcpy(&left, a + i, sizeof left);
-    std::memcpy(&right, b + i, sizeof right);
-    if (left != right)
-      return false;
-  }
-  // The last word overlaps the one before.
-  std::memcpy(&left, a + length - sizeof left, sizeof left);
-  std::memcpy(&right, b + length - sizeof right, sizeof right);
-  return left == right;
-}
-
 std::size_t CountLineFeeds(const char *from, const char *to) {
   std::size_t count = 0;
   while (from < to) {
@@ -123,9 +90,6 @@ std::size_t CountLineFeeds(const char *from, const char *to) {
 }
 
 constexpr std::string_view kTerminators[] = {"?>", "-->", ">"};
-
-constexpr const char *kFormatMarker = "throwExInvalidFormat";
-constexpr const char *kValueMarker = "throwExInvalidValue";
 
 // Puts a byte back when the scope ends, also when a handler throws.
 class TByteRestorer {
@@ -163,12 +127,14 @@ private:
   std::size_t base;
 };
 
-TXmlParser::TXmlParser() : documentStart(nullptr), cursor(nullptr), cursorUnderrun(1) {}
+TXmlParser::TXmlParser()
+    : documentStart(nullptr), cursor(nullptr), cursorUnderrun(1),
+      caches(std::make_unique<TCaches>()) {}
 
 TXmlParser::TXmlParser(const TXmlParser &other)
     : documentStart(other.documentStart), cursor(other.cursor),
       cursorUnderrun(other.cursorUnderrun), lineMark(other.lineMark),
-      lineFeedsBeforeMark(other.lineFeedsBeforeMark) {}
+      lineFeedsBeforeMark(other.lineFeedsBeforeMark), caches(std::make_unique<TCaches>()) {}
 
 TXmlParser &TXmlParser::operator=(const TXmlParser &other) {
   if (this != &other) {
@@ -177,8 +143,8 @@ TXmlParser &TXmlParser::operator=(const TXmlParser &other) {
     cursorUnderrun = other.cursorUnderrun;
     lineMark = other.lineMark;
     lineFeedsBeforeMark = other.lineFeedsBeforeMark;
-    for (auto &search : failedSearches)
-      search = TFailedSearch();
+    for (auto &search : caches->failedSearches)
+      search.Clear();
   }
   return *this;
 }
@@ -259,35 +225,9 @@ inline void TXmlParser::WriteByte(char *position, char value) {
   if (position < lineMark)
     lineFeedsBeforeMark = lineFeedsBeforeMark + (value == '\n' ? 1u : 0u) - (old == '\n' ? 1u : 0u);
   if (value == '\0')
-    for (auto &search : failedSearches)
-      if (search.from <= position && position < search.stop)
-        search.stop = position;
+    for (auto &search : caches->failedSearches)
+      search.NulWritten(position);
   *position = value;
-}
-
-const std::ctype<char> &TXmlParser::NameFolder() {
-  if (nameFolder == nullptr) {
-    nameLocale = std::locale();
-    nameFolder = &std::use_facet<std::ctype<char>>(nameLocale);
-    // Names hold only these bytes. Where the locale folds them as ASCII
-    // does (every locale but a few), folding inline gives the same bytes.
-    static const char kNameBytes[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                     "abcdefghijklmnopqrstuvwxyz0123456789_:-.";
-    asciiNameFolding = true;
-    for (const char *p = kNameBytes; *p != '\0'; ++p)
-      if (nameFolder->tolower(*p) != static_cast<char>(Lower(*p)))
-        asciiNameFolding = false;
-  }
-  return *nameFolder;
-}
-
-inline void TXmlParser::FoldAttributeName(char *name, char *nameEnd) {
-  if (nameFolder == nullptr || !asciiNameFolding) {
-    NameFolder().tolower(name, nameEnd);
-    return;
-  }
-  for (; name != nameEnd; ++name)
-    *name = static_cast<char>(Lower(*name));
 }
 
 // Moves past the first occurrence of the terminator after the cursor (in
@@ -296,10 +236,8 @@ bool TXmlParser::SkipPast(ETerminator terminator) {
   if (cursorUnderrun != 0)
     return false;
   const std::string_view text = kTerminators[terminator];
-  TFailedSearch &failed = failedSearches[terminator];
-  const char *start = cursor;
-  if (failed.from <= start && start < failed.stop)
-    start = std::max(start, failed.stop - (text.size() - 1));
+  TXmlFailedSearch &failed = caches->failedSearches[terminator];
+  const char *start = failed.Resume(cursor, text.size());
   // strchr and a short compare rather than strstr: a checked build's strstr
   // measures the whole rest of the buffer at every call, which made a
   // document with many comments quadratic under the sanitizers.
@@ -307,8 +245,7 @@ bool TXmlParser::SkipPast(ETerminator terminator) {
   while (hit != nullptr && !SameBytes(hit, text.data(), text.size()))
     hit = std::strchr(hit + 1, text[0]);
   if (hit == nullptr) {
-    failed.from = cursor;
-    failed.stop = start + std::strlen(start);
+    failed.Fail(cursor, start + std::strlen(start));
     return false;
   }
   cursor += (hit - cursor) + static_cast<std::ptrdiff_t>(text.size());
@@ -335,10 +272,9 @@ void TXmlParser::Parse(char *buffer) {
   cursorUnderrun = 0;
   lineMark = buffer;
   lineFeedsBeforeMark = 0;
-  for (auto &search : failedSearches)
-    search = TFailedSearch();
-  nameFolder = nullptr;
-  NameFolder();
+  for (auto &search : caches->failedSearches)
+    search.Clear();
+  caches->names.TakeGlobalLocale();
 
   ParseBOM();
   ParseProlog();
@@ -392,10 +328,6 @@ bool TXmlParser::ParseProlog() {
   StepBack();
   StepBack();
   return true;
-}
-
-bool TXmlParser::ParseXMLDecl() {
-  return SkipPast(kPIEnd);
 }
 
 // The first ">" ends the declaration, also inside an internal subset.
@@ -465,13 +397,6 @@ bool TXmlParser::ParseProcessingInstruction() {
   return true;
 }
 
-bool TXmlParser::ParseNotationDecl() {
-  if (!SkipPast(kTagEnd))
-    return false;
-  notationDecl("TBD", "TBD", "TBD");
-  return true;
-}
-
 bool TXmlParser::ParseJSSP() {
   FatalError("Invalid XML '<%' characters encountered");
   return false;
@@ -501,10 +426,10 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   TAttributes attributes = GetAttributeNValue();
   // However the tag ends, its map serves a later tag with the same names.
   struct TKeeper {
-    TXmlParser &parser;
+    TXmlAttributeMaps &maps;
     TAttributes &attributes;
-    ~TKeeper() { parser.KeepAttributes(attributes); }
-  } keeper{*this, attributes};
+    ~TKeeper() { maps.Keep(attributes); }
+  } keeper{caches->attributeMaps, attributes};
 
   bool empty = false;
   const char closer = NextByte();
@@ -528,11 +453,11 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   // A marker counts only when it is the one entry the handler added.
   if (attributes.size() == sizeBefore + 1) {
     TOpenElement &element = openElements.back();
-    auto marker = attributes.find(kFormatMarker);
+    auto marker = attributes.find(kMarkerInvalidFormat);
     if (marker != attributes.end()) {
       attributes.erase(marker);
       element.result = false;
-    } else if ((marker = attributes.find(kValueMarker)) != attributes.end()) {
+    } else if ((marker = attributes.find(kMarkerInvalidValue)) != attributes.end()) {
       attributes.erase(marker);
       element.valueRejected = true;
     }
@@ -652,45 +577,39 @@ bool TXmlParser::ParseElement() {
 // then fails. Every exit returns the attributes read so far; the one that
 // failed is not among them.
 TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
-  pendingAttributes.clear();
+  TXmlAttributeMaps &maps = caches->attributeMaps;
+  maps.Clear();
   bool separated = SkipBlanks();
   for (;;) {
     if (!separated)
-      return BuildAttributes();
+      return maps.Build();
     const char next = ByteAtCursor();
     if (next == '%' || next == '/' || next == '>')
-      return BuildAttributes();
+      return maps.Build();
     char *name = cursor;
     if (!ConsumeName())
-      return BuildAttributes();
+      return maps.Build();
     char *nameEnd = cursor;
     SkipBlanks();
     if (NextByte() != '=') {
       FatalError("Unexpected character between attribute name and value");
-      return BuildAttributes();
+      return maps.Build();
     }
     SkipBlanks();
     const char quote = NextByte();
     if (quote != '"' && quote != '\'') {
       FatalError("Unexpected character after equals of attribute name");
-      return BuildAttributes();
+      return maps.Build();
     }
     char *value = cursor;
     if (!ScanAttributeValue(quote))
-      return BuildAttributes();
+      return maps.Build();
     char *valueEnd = cursor - 1;
 
     // Names are folded in the buffer itself, for good; values stay raw.
-    FoldAttributeName(name, nameEnd);
-    const std::size_t nameLength = static_cast<std::size_t>(nameEnd - name);
-    bool repeated = false;
-    for (const TPendingAttribute &earlier : pendingAttributes)
-      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
-        repeated = true;
-    if (!repeated) {
-      pendingAttributes.push_back(
-          {name, nameLength, value, static_cast<std::size_t>(valueEnd - value)});
-    } else {
+    caches->names.Fold(name, nameEnd);
+    if (!maps.Add(name, static_cast<std::size_t>(nameEnd - name), value,
+                  static_cast<std::size_t>(valueEnd - value))) {
       // The first value stays. Both runs are terminated while we report.
       const char keptNameEnd = *nameEnd;
       WriteByte(nameEnd, '\0');
@@ -706,90 +625,6 @@ TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
     }
     separated = SkipBlanks();
   }
-}
-
-namespace {
-
-/// The map's own order: plain byte-wise comparison, shorter first on a tie.
-int CompareNames(const char *left, std::size_t leftLength, const char *right,
-                 std::size_t rightLength) {
-  const int order = std::memcmp(left, right, std::min(leftLength, rightLength));
-  if (order != 0)
-    return order;
-  return leftLength < rightLength ? -1 : (leftLength > rightLength ? 1 : 0);
-}
-
-/// A value longer than this is not worth keeping a map's storage for.
-constexpr std::size_t kLongestKeptValue = 256;
-
-} // namespace
-
-TXmlParser::TAttributes TXmlParser::BuildAttributes() {
-  takenMap = kKeptMaps;
-  const std::size_t count = pendingAttributes.size();
-  if (count == 0)
-    return TAttributes();
-  keepBuiltMap = true;
-  for (const TPendingAttribute &pending : pendingAttributes)
-    if (pending.valueLength > kLongestKeptValue)
-      keepBuiltMap = false;
-  // Insertion sort: a tag has a handful of attributes, often in order.
-  for (std::size_t i = 1; i < count; ++i) {
-    const TPendingAttribute moving = pendingAttributes[i];
-    std::size_t j = i;
-    for (; j > 0; --j) {
-      const TPendingAttribute &before = pendingAttributes[j - 1];
-      if (CompareNames(before.name, before.nameLength, moving.name, moving.nameLength) < 0)
-        break;
-      pendingAttributes[j] = before;
-    }
-    pendingAttributes[j] = moving;
-  }
-
-  // One pass per kept map compares its names and overwrites its values: a
-  // map that turns out to differ has lost nothing it needs.
-  for (std::size_t slot = 0; slot < kKeptMaps; ++slot) {
-    TAttributes &kept = keptMaps[slot];
-    if (kept.size() != count)
-      continue;
-    auto entry = kept.begin();
-    for (const TPendingAttribute &pending : pendingAttributes) {
-      const std::string &keptName = entry->first;
-      if (keptName.size() != pending.nameLength ||
-          !SameBytes(keptName.data(), pending.name, pending.nameLength))
-        break;
-      std::string &value = entry->second;
-      value.clear();
-      value.append(pending.value, pending.valueLength);
-      ++entry;
-    }
-    if (entry != kept.end())
-      continue;
-    takenMap = slot;
-    return std::move(kept);
-  }
-
-  TAttributes attributes;
-  for (const TPendingAttribute &pending : pendingAttributes)
-    attributes.emplace_hint(attributes.end(), std::piecewise_construct,
-                            std::forward_as_tuple(pending.name, pending.nameLength),
-                            std::forward_as_tuple(pending.value, pending.valueLength));
-  return attributes;
-}
-
-// The map goes back to where it came from, or takes the place of the
-// oldest kept one. Moving a map neither allocates nor throws. A map that
-// held a long value is let go rather than keep that storage.
-void TXmlParser::KeepAttributes(TAttributes &attributes) noexcept {
-  std::size_t slot = takenMap;
-  takenMap = kKeptMaps;
-  if (attributes.empty() || !keepBuiltMap)
-    return;
-  if (slot >= kKeptMaps) {
-    slot = nextKeptMap;
-    nextKeptMap = (nextKeptMap + 1) % kKeptMaps;
-  }
-  keptMaps[slot] = std::move(attributes);
 }
 
 // Scans a value from the cursor to the closing quote and leaves the cursor
@@ -824,7 +659,7 @@ bool TXmlParser::CheckAttributeReference() {
   char taken[10];
   std::size_t count = 0;
   do
-    taken[count++] = static_cast<char>(Lower(NextByte()));
+    taken[count++] = static_cast<char>(AsciiLower(NextByte()));
   while (count < sizeof taken && taken[count - 1] != ';' && taken[count - 1] != '\0');
   const std::string_view reference(taken, count);
   if (reference == "lt;" || reference == "gt;" || reference == "amp;" || reference == "apos;" ||
@@ -837,7 +672,9 @@ bool TXmlParser::CheckAttributeReference() {
 }
 
 // Text arrives in pieces: each run between markup and references, and each
-// reference as one byte of its own. Whitespace is never stripped.
+// reference as one byte of its own. Whitespace is never stripped. References
+// are matched in any letter case; only ASCII bytes can match them, so ASCII
+// folding is enough (attribute names are folded with the locale instead).
 bool TXmlParser::ParseCharData() {
   bool reported = false;
   for (;;) {
@@ -856,7 +693,7 @@ bool TXmlParser::ParseCharData() {
       return reported;
     ++cursor;
     reported = true;
-    const int first = Lower(NextByte());
+    const int first = AsciiLower(NextByte());
     if (first == '#')
       ReadNumericReference();
     else
@@ -869,7 +706,7 @@ bool TXmlParser::ParseCharData() {
 // end of the buffer stops it.
 void TXmlParser::ReadNumericReference() {
   unsigned base = 10;
-  if (Lower(ByteAtCursor()) == 'x') {
+  if (AsciiLower(ByteAtCursor()) == 'x') {
     NextByte();
     base = 16;
   }
@@ -877,7 +714,7 @@ void TXmlParser::ReadNumericReference() {
   bool anyDigit = false;
   for (;;) {
     const char raw = NextByte();
-    const int c = Lower(raw);
+    const int c = AsciiLower(raw);
     int digit = -1;
     if (c >= '0' && c <= '9')
       digit = c - '0';
@@ -907,7 +744,7 @@ void TXmlParser::ReadNamedReference(int first) {
   const char *text = nullptr;
   switch (first) {
   case 'a':
-    switch (Lower(NextByte())) {
+    switch (AsciiLower(NextByte())) {
     case 'm':
       rest = "p;";
       text = "&";
@@ -932,7 +769,7 @@ void TXmlParser::ReadNamedReference(int first) {
     break;
   }
   if (rest != nullptr) {
-    while (*rest != '\0' && Lower(NextByte()) == *rest)
+    while (*rest != '\0' && AsciiLower(NextByte()) == *rest)
       ++rest;
     if (*rest == '\0') {
       characters(text, 1);

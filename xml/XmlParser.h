@@ -11,8 +11,8 @@
 #include "core_api/ORVExport.h"
 
 #include <cstddef>
-#include <locale>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +22,9 @@ class ORVCIMXML_API TXmlParser {
 public:
   /// Attribute names (lower-cased) to raw values, ordered byte-wise.
   using TAttributes = std::map<std::string, std::string>;
+  /// The marker keys a StartElement handler may add (see there).
+  static constexpr char kMarkerInvalidFormat[] = "throwExInvalidFormat";
+  static constexpr char kMarkerInvalidValue[] = "throwExInvalidValue";
 
   TXmlParser();
   /// Copies are shallow: the tokenizer never owns the buffer.
@@ -31,9 +34,9 @@ public:
 
   /// A start tag. The name points into the buffer, in the case in which it
   /// is written, terminated for as long as the element is open. The handler
-  /// may add the marker keys "throwExInvalidFormat" (the element is rejected:
-  /// its parent ends after it) or "throwExInvalidValue" (a VALUE element's
-  /// end tag is not reported).
+  /// may add the marker key kMarkerInvalidFormat (the element is rejected:
+  /// its parent ends after it) or kMarkerInvalidValue (a VALUE element's end
+  /// tag is not reported).
   virtual void StartElement(const char *name, TAttributes &attributes) = 0;
   /// An end tag; the same pointer as the start tag's name.
   virtual void EndElement(const char *name) = 0;
@@ -85,12 +88,10 @@ protected:
 private:
   bool ParseBOM();
   bool ParseProlog();
-  bool ParseXMLDecl();
   bool ParseDocTypeDecl();
   bool ParseMisc();
   bool SkipComment();
   bool ParseProcessingInstruction();
-  bool ParseNotationDecl();
   bool ParseElement();
 
   /// An element whose start tag has been read and whose end tag has not:
@@ -127,8 +128,6 @@ private:
   enum ETerminator { kPIEnd, kCommentEnd, kTagEnd, kTerminatorCount };
   bool SkipPast(ETerminator terminator);
   void WriteByte(char *position, char value);
-  const std::ctype<char> &NameFolder();
-  void FoldAttributeName(char *name, char *nameEnd);
 
   char *documentStart;
   /// Never before documentStart: a position before the first byte is kept
@@ -143,41 +142,11 @@ private:
   /// The open elements of the running ParseElement, innermost last: element
   /// depth is bounded by memory rather than by the machine stack.
   std::vector<TOpenElement> openElements;
-  /// Attribute names are folded with the global locale as it stands when
-  /// Parse starts.
-  std::locale nameLocale;
-  const std::ctype<char> *nameFolder = nullptr;
-  bool asciiNameFolding = false;
-  /// Where a search for each terminator last failed: no occurrence starts in
-  /// [from, stop - length + 1), and [from, stop) holds no NUL. Without it,
-  /// unterminated comments or instructions at many nesting levels would each
-  /// rescan the rest of the document.
-  struct TFailedSearch {
-    const char *from = nullptr;
-    const char *stop = nullptr;
-  };
-  TFailedSearch failedSearches[kTerminatorCount];
-
-  // Attribute maps are built from a tag's attributes gathered first, sorted
-  // by name. The maps of recent tags are kept, and a tag whose names are
-  // those of a kept map takes that map and overwrites its values: CIM-XML
-  // repeats a few sets of attribute names, so most maps cost no allocation
-  // and no tree work.
-  struct TPendingAttribute {
-    const char *name;
-    std::size_t nameLength;
-    const char *value;
-    std::size_t valueLength;
-  };
-  static constexpr std::size_t kKeptMaps = 8;
-  std::vector<TPendingAttribute> pendingAttributes;
-  TAttributes keptMaps[kKeptMaps];
-  std::size_t nextKeptMap = 0;
-  /// Where the map being built came from, or kKeptMaps for a new one.
-  std::size_t takenMap = kKeptMaps;
-  bool keepBuiltMap = true;
-  TAttributes BuildAttributes();
-  void KeepAttributes(TAttributes &attributes) noexcept;
+  /// What the tokenizer keeps from earlier work (attribute name folding,
+  /// the maps of recent tags, failed terminator searches), defined with the
+  /// tokenizer's internals. A copy starts with caches of its own.
+  struct TCaches;
+  std::unique_ptr<TCaches> caches;
 };
 
 } // namespace NVRNORV20

@@ -1,0 +1,22 @@
+// Letter case and whitespace as the object model's texts (names, values,
+// object paths, datetimes) define them: ASCII only, whatever the process's
+// locale. Internal to the core library.
+#ifndef ORV_CORE_ASCIITEXT_H
+#define ORV_CORE_ASCIITEXT_H
+
+namespace NVRNORV20 {
+
+/// The byte with ASCII upper-case letters folded to lower case; every other
+/// byte (UTF-8 included) is left as it is.
+inline char FoldAscii(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Space, tab, CR and LF: the whitespace that may surround a value's text.
+inline bool IsSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+} // namespace NVRNORV20
+
+#endif
