@@ -49,15 +49,6 @@ void TXmlNameFolder::FoldWithFacet(char *name, char *nameEnd) {
 // ---------------------------------------------------------------------------
 // Attribute maps.
 
-bool TXmlAttributeMaps::Add(const char *name, std::size_t nameLength, const char *value,
-                            std::size_t valueLength) {
-  for (const TPendingAttribute &earlier : pending)
-    if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
-      return false;
-  pending.push_back({name, nameLength, value, valueLength});
-  return true;
-}
-
 TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
   takenMap = kKeptMaps;
   const std::size_t count = pending.size();

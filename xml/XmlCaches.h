@@ -55,7 +55,13 @@ public:
   /// Gathers one attribute (pointers into the buffer, which must stay as
   /// they are until Build). False, and nothing gathered, when the tag
   /// already has an attribute of that name.
-  bool Add(const char *name, std::size_t nameLength, const char *value, std::size_t valueLength);
+  bool Add(const char *name, std::size_t nameLength, const char *value, std::size_t valueLength) {
+    for (const TPendingAttribute &earlier : pending)
+      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
+        return false;
+    pending.push_back({name, nameLength, value, valueLength});
+    return true;
+  }
   /// The map of the attributes gathered, taken from a kept map where one
   /// has the same names.
   TAttributes Build();
