@@ -207,10 +207,9 @@ void BM_Load(benchmark::State &state, TDocument *document) {
     state.ResumeTiming();
   }
   SetBytes(state, *document);
-  state.counters[document->instances ? "instances/s" : "classes/s"] =
-      benchmark::Counter(static_cast<double>(document->objects) *
-                             static_cast<double>(state.iterations()),
-                         benchmark::Counter::kIsRate);
+  state.counters[document->instances ? "instances/s" : "classes/s"] = benchmark::Counter(
+      static_cast<double>(document->objects) * static_cast<double>(state.iterations()),
+      benchmark::Counter::kIsRate);
   if (document->peakGrowth >= 0)
     state.counters["peak/doc"] = document->peakGrowth / static_cast<double>(document->Size());
 }
@@ -264,8 +263,7 @@ std::vector<std::unique_ptr<TDocument>> MakeDocuments() {
   instances->generated = true;
   std::ofstream(instances->prerequisite, std::ios::binary)
       << orvbench::GenerateClassDocument(kInstanceClasses);
-  const std::string instanceText =
-      orvbench::GenerateInstanceDocument(kInstances, kInstanceClasses);
+  const std::string instanceText = orvbench::GenerateInstanceDocument(kInstances, kInstanceClasses);
   std::ofstream(instances->path, std::ios::binary) << instanceText;
   instances->bytes = orvbench::Terminated(instanceText);
   documents.push_back(std::move(instances));
@@ -322,8 +320,8 @@ public:
                   entry.first.c_str(), row.Rate("Memchr"), row.Rate("Expat"),
                   row.Rate("LibXml2Sax"), row.Rate("Pugixml"), row.Rate("Tokenizer"),
                   row.Rate("Load"), row.Ratio("Tokenizer", "Pugixml"),
-                  row.Ratio("Tokenizer", "Expat"), row.Ratio("Load", "Expat"),
-                  row.objectsPerSecond, row.peak);
+                  row.Ratio("Tokenizer", "Expat"), row.Ratio("Load", "Expat"), row.objectsPerSecond,
+                  row.peak);
     }
     std::printf("targets: tok/pugi >= 1; load/expt >= 1.6 for class documents; peak/doc < 3\n");
   }

@@ -30,17 +30,14 @@ public:
   TCIMDateTime();
   /// A timestamp. utcOffset is in minutes east of UTC. Fields are stored as
   /// given; no range check is made here (Parse checks text).
-  TCIMDateTime(unsigned short year, unsigned short month, unsigned int day,
-               unsigned short hour, unsigned short minute,
-               unsigned short second, unsigned int microseconds,
+  TCIMDateTime(unsigned short year, unsigned short month, unsigned int day, unsigned short hour,
+               unsigned short minute, unsigned short second, unsigned int microseconds,
                short utcOffset);
   ~TCIMDateTime() = default;
 
   /// An interval of days, hours, minutes, seconds and microseconds.
-  static TCIMDateTime MakeInterval(unsigned int days, unsigned short hours,
-                                   unsigned short minutes,
-                                   unsigned short seconds,
-                                   unsigned int microseconds);
+  static TCIMDateTime MakeInterval(unsigned int days, unsigned short hours, unsigned short minutes,
+                                   unsigned short seconds, unsigned int microseconds);
 
   /// Parses the 25-character CIM form: "yyyymmddhhmmss.mmmmmmsutc" for a
   /// timestamp (s is + or -) or "ddddddddhhmmss.mmmmmm:000" for an interval,
@@ -48,9 +45,7 @@ public:
   /// whitespace is ignored. Anything else throws TORVException with
   /// kORVStatusInvalidDateTime.
   static TCIMDateTime Parse(const char *text, std::size_t length);
-  static TCIMDateTime Parse(const std::string &text) {
-    return Parse(text.data(), text.size());
-  }
+  static TCIMDateTime Parse(const std::string &text) { return Parse(text.data(), text.size()); }
 
   bool IsInterval() const { return interval; }
   unsigned int GetYear() const { return year; }

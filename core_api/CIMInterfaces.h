@@ -109,9 +109,8 @@ public:
   /// type than the declared one throws kORVStatusTypeMismatch. Scope is not
   /// checked: schemas that other tools accept must load.
   virtual boost::shared_ptr<ICIMQualifier>
-  CreateQualifier(boost::shared_ptr<ICIMQualifierDecl> declaration,
-                  const TCIMValue &value, std::uint32_t flavor,
-                  const TCIMOptions &options = TCIMOptions()) = 0;
+  CreateQualifier(boost::shared_ptr<ICIMQualifierDecl> declaration, const TCIMValue &value,
+                  std::uint32_t flavor, const TCIMOptions &options = TCIMOptions()) = 0;
   /// Own qualifiers in the order attached, then (after Commit of the owning
   /// class) those propagated from the overridden element.
   virtual std::vector<boost::shared_ptr<ICIMQualifier>>
@@ -237,16 +236,14 @@ public:
   /// declaration order.
   virtual std::vector<boost::shared_ptr<ICIMPropertyDecl>>
   GetLocalProperties(const TCIMOptions &options = TCIMOptions()) = 0;
-  virtual bool HasProperty(const std::string &name,
-                           const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual bool HasProperty(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
   /// Removes a property this class declares; throws kORVStatusNoSuchProperty
   /// for another name, kORVStatusAlreadyCommitted after Commit.
   virtual void RemoveProperty(const std::string &name,
                               const TCIMOptions &options = TCIMOptions()) = 0;
   virtual std::vector<boost::shared_ptr<ICIMMethod>>
   GetLocalMethods(const TCIMOptions &options = TCIMOptions()) = 0;
-  virtual bool HasMethod(const std::string &name,
-                         const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual bool HasMethod(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
   /// This class's name, then its superclass's, up to the root.
   virtual std::vector<std::string> GetDerivation(const TCIMOptions &options = TCIMOptions()) = 0;
   /// Declares a property with the default value (which carries the type).
@@ -263,8 +260,8 @@ public:
   virtual std::vector<boost::shared_ptr<ICIMPropertyDecl>>
   GetProperties(const TCIMOptions &options = TCIMOptions()) = 0;
   /// Own or inherited; an unknown name throws kORVStatusNoSuchMethod.
-  virtual boost::shared_ptr<ICIMMethod>
-  GetMethod(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual boost::shared_ptr<ICIMMethod> GetMethod(const std::string &name,
+                                                  const TCIMOptions &options = TCIMOptions()) = 0;
   /// Inherited methods first, then new ones, like GetProperties.
   virtual std::vector<boost::shared_ptr<ICIMMethod>>
   GetMethods(const TCIMOptions &options = TCIMOptions()) = 0;
@@ -279,9 +276,8 @@ public:
                             const TCIMOptions &options = TCIMOptions()) = 0;
   /// A name this class already declares throws kORVStatusAlreadyExists; an
   /// inherited one is overridden.
-  virtual boost::shared_ptr<ICIMMethod>
-  AddMethod(const std::string &name, TCIMType returnType,
-            const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual boost::shared_ptr<ICIMMethod> AddMethod(const std::string &name, TCIMType returnType,
+                                                  const TCIMOptions &options = TCIMOptions()) = 0;
   /// The class as MOF: qualifiers, "class Name : Super {", its own
   /// properties with defaults and its own methods with parameters, "};".
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;
@@ -309,8 +305,7 @@ public:
   /// An unknown name throws kORVStatusNoSuchProperty.
   virtual TCIMValue GetPropertyValue(const std::string &name,
                                      const TCIMOptions &options = TCIMOptions()) = 0;
-  virtual bool HasProperty(const std::string &name,
-                           const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual bool HasProperty(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
   /// "instance of Class {\n    Prop = value;\n};" with every non-null
   /// property.
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;
@@ -340,13 +335,13 @@ public:
   /// Registers a new class at once, so that later classes can name it as
   /// their superclass. superClass may be empty. A name already defined
   /// throws kORVStatusAlreadyExists; an empty name kORVStatusInvalidArgument.
-  virtual boost::shared_ptr<ICIMClass>
-  CreateClass(const std::string &name, boost::shared_ptr<ICIMClass> superClass,
-              const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual boost::shared_ptr<ICIMClass> CreateClass(const std::string &name,
+                                                   boost::shared_ptr<ICIMClass> superClass,
+                                                   const TCIMOptions &options = TCIMOptions()) = 0;
   /// The empty name gives an empty pointer; an unknown name throws
   /// kORVStatusSchemaLookup.
-  virtual boost::shared_ptr<ICIMClass>
-  GetClass(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual boost::shared_ptr<ICIMClass> GetClass(const std::string &name,
+                                                const TCIMOptions &options = TCIMOptions()) = 0;
   /// In declaration order.
   virtual std::vector<boost::shared_ptr<ICIMQualifierDecl>>
   GetQualifierDecls(const TCIMOptions &options = TCIMOptions()) = 0;
@@ -357,9 +352,8 @@ public:
   /// size as its count). A name already declared throws
   /// kORVStatusSchemaLookup.
   virtual boost::shared_ptr<ICIMQualifierDecl>
-  CreateQualifierDecl(const std::string &name, const TCIMValue &defaultValue,
-                      std::uint32_t scope, std::uint32_t flavor,
-                      const TCIMOptions &options = TCIMOptions()) = 0;
+  CreateQualifierDecl(const std::string &name, const TCIMValue &defaultValue, std::uint32_t scope,
+                      std::uint32_t flavor, const TCIMOptions &options = TCIMOptions()) = 0;
   /// Throws kORVStatusQualifierNotDeclared for an unknown name.
   virtual boost::shared_ptr<ICIMQualifierDecl>
   GetQualifierDecl(const std::string &name, const TCIMOptions &options = TCIMOptions()) = 0;
@@ -376,9 +370,8 @@ public:
                               const TCIMOptions &options = TCIMOptions()) = 0;
   /// Names of the direct subclasses, or with deep of all descendants, in
   /// definition order.
-  virtual std::vector<std::string>
-  GetSubclassNames(const std::string &className, bool deep,
-                   const TCIMOptions &options = TCIMOptions()) = 0;
+  virtual std::vector<std::string> GetSubclassNames(const std::string &className, bool deep,
+                                                    const TCIMOptions &options = TCIMOptions()) = 0;
   /// Everything as one MOF text: qualifier declarations, classes
   /// (superclasses first), instances.
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;

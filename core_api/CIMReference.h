@@ -62,9 +62,7 @@ public:
   /// Same class name and keys (names compared without regard to letter
   /// case, in order) and same namespace name.
   bool operator==(const TCIMReference &other) const;
-  bool operator!=(const TCIMReference &other) const {
-    return !(*this == other);
-  }
+  bool operator!=(const TCIMReference &other) const { return !(*this == other); }
 
 private:
   boost::weak_ptr<ICIMNamespace> cimNamespace;

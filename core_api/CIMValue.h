@@ -98,8 +98,7 @@ public:
   /// bad text throws kORVStatusInvalidValueText, a number outside the type's
   /// range kORVStatusValueOutOfRange, an array or untyped type
   /// kORVStatusInvalidArgument.
-  TCIMValue(TCIMType type, const std::string &text,
-            boost::shared_ptr<ICIMNamespace> ns);
+  TCIMValue(TCIMType type, const std::string &text, boost::shared_ptr<ICIMNamespace> ns);
 
   explicit TCIMValue(bool value);
   explicit TCIMValue(const std::string &value);
@@ -140,8 +139,7 @@ public:
 
   /// Makes this an array of the given element type (the array flag is added
   /// when missing). count is the declared size; the elements are copied.
-  void Set(TCIMType type, unsigned int count,
-           const std::vector<TCIMValue> &elements);
+  void Set(TCIMType type, unsigned int count, const std::vector<TCIMValue> &elements);
   /// Makes this a reference value holding a copy of the reference.
   void Set(const TCIMReference &reference);
   /// The class that a reference value (or a typed null reference) points

@@ -91,9 +91,7 @@ public:
 
   const char *what() const noexcept override;
 
-  EORVStatusCode GetStatusCode() const {
-    return TORVStatusCode(status).GetStatusCode();
-  }
+  EORVStatusCode GetStatusCode() const { return TORVStatusCode(status).GetStatusCode(); }
   const TORVStatusCode &GetStatus() const { return status; }
 
 private:

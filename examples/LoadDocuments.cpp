@@ -48,8 +48,7 @@ int main(int argc, char **argv) {
     }
   } catch (const TORVException &ex) {
     // The details were logged already; the exception carries the status.
-    std::cerr << fileName << ": " << ex.what() << " (status "
-              << ex.GetStatusCode() << ")\n";
+    std::cerr << fileName << ": " << ex.what() << " (status " << ex.GetStatusCode() << ")\n";
     return 1;
   }
   return 0;

@@ -261,8 +261,8 @@ TEST_F(TCIMXMLParserTest, PhaseOutsideTheModelIsCorrupt) {
   }
 }
 
-// The child is on the stack when it sees its own attributes; a maker that
-// makes nothing hands them to the parent; a child whose start fails stays
+// The child is on the stack when it sees its own attributes; a row without
+// a state hands them to the parent; a child whose start fails stays
 // pushed, its parent's phase moved, and its own end tag pops it.
 TEST_F(TCIMXMLParserTest, ChildStartsOnTopOfItsParent) {
   Parse("<cim/>");

@@ -41,7 +41,8 @@ TEST(ORVStatusCodeTest, AssignmentStoresAndReturnsACopy) {
 
 TEST(ORVStatusCodeTest, EveryCodeHasItsOwnText) {
   std::set<std::string> texts;
-  const std::string unknown = TORVStatusCode(static_cast<EORVStatusCode>(999)).TranslateStatusCode();
+  const std::string unknown =
+      TORVStatusCode(static_cast<EORVStatusCode>(999)).TranslateStatusCode();
   EXPECT_EQ(unknown, "Unknown status code");
   for (int value = 0; value <= 30; ++value) {
     const std::string &text =

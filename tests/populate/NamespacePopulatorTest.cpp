@@ -71,7 +71,6 @@ protected:
   const std::string folder = scratch.Path();
 };
 
-
 /// A gzip file cut before its trailer, whose stored payload ends in the
 /// size that the file's last four bytes then claim.
 std::string Truncated(const std::string &bytes, const char (&claim)[5]) {

@@ -18,9 +18,7 @@ public:
   TCapturingLogger(const TCapturingLogger &) = delete;
   TCapturingLogger &operator=(const TCapturingLogger &) = delete;
 
-  void Log(int level, const std::string &text) override {
-    entries.emplace_back(level, text);
-  }
+  void Log(int level, const std::string &text) override { entries.emplace_back(level, text); }
 
   /// The texts alone, in order.
   std::vector<std::string> Texts() const {

@@ -154,13 +154,17 @@ TEST(XmlParserAttributes, EachTagSeesOnlyItsOwnEntries) {
                                "<a x='1' y='2'/><a y='3' x='4'/><a x='5' z='6'/>"
                                "<b x='7' y='8'/><a x='9' y='10'/>"
                                "<c x='11' y='12'/><a x='13' y='14'/>"
-                               "<a x='" + longValue + "' y='15'/><a x='16' y='17'/>"
+                               "<a x='" +
+                               longValue +
+                               "' y='15'/><a x='16' y='17'/>"
                                "<a x='18' X='19' y='20'/><a x='21' y='22'/>"
                                "<a/><a y='23'/></r>";
   const std::string expected = "S:r S:a{x=1,y=2} E:a S:a{x=4,y=3} E:a S:a{x=5,z=6} E:a "
                                "S:b{x=7,y=8} E:b S:a{x=9,y=10} E:a "
                                "S:c{x=11,y=12} E:c S:a{x=13,y=14} E:a "
-                               "S:a{x=" + longValue + ",y=15} E:a S:a{x=16,y=17} E:a "
+                               "S:a{x=" +
+                               longValue +
+                               ",y=15} E:a S:a{x=16,y=17} E:a "
                                "F:Attribute appears twice@1 S:a{x=18,y=20} E:a "
                                "S:a{x=21,y=22} E:a S:a E:a S:a{y=23} E:a E:r";
   EXPECT_EQ(expected, handler.Run(document));
@@ -197,7 +201,9 @@ TEST(XmlParserAttributes, NamesFoldWithTheGlobalLocale) {
   const std::string events = handler.Run("<a ID='1' Name='2'/>");
   std::locale::global(previous);
   // The map orders names byte-wise, so the folded byte 0xFD sorts last.
-  EXPECT_EQ("S:a{name=2,\xFD" "d=1} E:a", events);
+  EXPECT_EQ("S:a{name=2,\xFD"
+            "d=1} E:a",
+            events);
 }
 
 TEST(XmlParserAttributes, FailuresKeepWhatWasRead) {
