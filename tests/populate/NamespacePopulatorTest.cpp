@@ -179,6 +179,18 @@ TEST_F(TNamespacePopulatorTest, MissingFileNamesItself) {
   }
 }
 
+// Without a namespace both calls fail before the file is read, with one line.
+TEST_F(TNamespacePopulatorTest, EmptyNamespaceFailsAtOnce) {
+  const std::string path = WritePlain("doc.xml", kDocument);
+  ns.reset();
+  for (EEntry entry : {EEntry::kClasses, EEntry::kInstances}) {
+    EXPECT_EQ(kORVStatusNullObject, Load(entry, path));
+    const std::vector<std::pair<int, std::string>> noteOnly{{0, Note(path)}};
+    EXPECT_EQ(noteOnly, logger.entries);
+    logger.entries.clear();
+  }
+}
+
 // Line ends are passed through; lines are counted by line feeds.
 TEST_F(TNamespacePopulatorTest, CarriageReturnsAreKept) {
   const std::string path = WritePlain("crlf.xml", "<CIM>\r\n\r\n<foo/>\r\n</CIM>\r\n");

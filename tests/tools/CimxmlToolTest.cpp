@@ -47,9 +47,10 @@ protected:
     return scratch.WriteGzip(name, bytes);
   }
 
-  /// Runs the tool with the arguments, its output streams caught in files.
-  TRun Run(const std::vector<std::string> &arguments) const {
-    const std::string outPath = folder + "/stdout";
+  /// Runs the tool with the arguments, its output streams caught in files
+  /// (standard output in output, when given).
+  TRun Run(const std::vector<std::string> &arguments, const std::string &output = "") const {
+    const std::string outPath = output.empty() ? folder + "/stdout" : output;
     const std::string errPath = folder + "/stderr";
     std::vector<char *> argv;
     std::string tool = ORV_CIMXML_TOOL;
@@ -73,7 +74,8 @@ protected:
     if (child < 0 || waitpid(child, &status, 0) != child)
       return run;
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    run.out = ReadAll(outPath);
+    if (output.empty())
+      run.out = ReadAll(outPath);
     run.err = ReadAll(errPath);
     return run;
   }
@@ -170,6 +172,18 @@ TEST_F(TCimxmlToolTest, UsageErrorsAndHelp) {
   EXPECT_EQ(0U,
             help.out.find("Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"));
   EXPECT_EQ("", help.err);
+}
+
+// Output that cannot be written fails the run, however well the files loaded.
+TEST_F(TCimxmlToolTest, UnwritableOutputFails) {
+  const std::string example = std::string(ORV_EXAMPLES_DIR) + "/schema.xml";
+  for (const auto &arguments : {std::vector<std::string>{"--quiet", "--mof", example},
+                                std::vector<std::string>{"--help"}}) {
+    SCOPED_TRACE(arguments.front());
+    const TRun run = Run(arguments, "/dev/full");
+    EXPECT_EQ(1, run.status);
+    EXPECT_EQ("cimxml: cannot write standard output: No space left on device\n", run.err);
+  }
 }
 
 TEST_F(TCimxmlToolTest, LoadsTheBundledExampleWithoutFile) {
