@@ -1,29 +1,15 @@
-# Run with cmake -P from the PackageConsumer test (tests/package/CMakeLists.txt
-# passes every ORV_* variable). Each step stops the test with its command and
-# full output when it fails.
-#
-#  1. install the build tree into ORV_WORK_DIR/prefix;
-#  2. compile one file including every installed header, with only the
-#     include directory that pkg-config gives: no installed header may need
-#     one that is not installed;
-#  3. build the consumer project with find_package(ORV) against the prefix;
-#  4. build the same program with the compiler and pkg-config alone;
-#  5. run both programs, and the installed cimxml tool when it is built, on
-#     the examples.
+# Run with cmake -P by the PackageConsumer test, which passes every ORV_*
+# variable. Installs the build tree into ORV_WORK_DIR/prefix; compiles every
+# installed header with only the include directory that pkg-config gives;
+# builds the consumer with find_package(ORV), and the same program with the
+# compiler and pkg-config alone; runs both, and the installed cimxml tool when
+# it is built, on the examples. A failing step stops the test with its
+# command and output.
 cmake_minimum_required(VERSION 3.25)
 
-foreach(var ORV_BUILD_DIR ORV_WORK_DIR ORV_INSTALL_LIBDIR ORV_CONSUMER_DIR
-            ORV_CONSUMER_SOURCE ORV_EXAMPLES_DIR ORV_GENERATOR ORV_CXX_COMPILER)
-  if(NOT DEFINED ${var} OR "${${var}}" STREQUAL "")
-    message(FATAL_ERROR "RunConsumer.cmake: ${var} is not set")
-  endif()
-endforeach()
 if(NOT ORV_PKG_CONFIG)
   message(FATAL_ERROR "pkg-config was not found when the build was configured; "
                       "install pkgconf and configure again")
-endif()
-if(NOT EXISTS "${ORV_CONSUMER_SOURCE}")
-  message(FATAL_ERROR "The consumer's source ${ORV_CONSUMER_SOURCE} is missing")
 endif()
 
 set(prefix ${ORV_WORK_DIR}/prefix)
@@ -41,20 +27,13 @@ unset(ENV{DESTDIR})
 set(ENV{PKG_CONFIG_PATH} ${prefix}/${ORV_INSTALL_LIBDIR}/pkgconfig)
 separate_arguments(cxxFlags UNIX_COMMAND "${ORV_CXX_FLAGS}")
 
-# Runs one step; on failure stops with its command, status and output. With
-# OUTPUT <variable>, the step's standard output is left in that variable.
+# Runs one step; with OUTPUT <variable>, leaves its standard output there.
 function(orv_step name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT" "COMMAND")
   execute_process(COMMAND ${arg_COMMAND}
                   RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT status STREQUAL "0")
-    set(shown "")
-    foreach(word IN LISTS arg_COMMAND)
-      if(word MATCHES " ")
-        set(word "'${word}'")
-      endif()
-      string(APPEND shown " ${word}")
-    endforeach()
+    list(JOIN arg_COMMAND " " shown)
     message(FATAL_ERROR "Step '${name}' failed (${status}):\n ${shown}\n"
                         "--- standard output ---\n${out}\n--- standard error ---\n${err}")
   endif()
@@ -81,15 +60,8 @@ string(STRIP "${pcLibDir}" pcLibDir)
 separate_arguments(pcFlags UNIX_COMMAND "${pcFlags}")
 set(pcIncludes ${pcFlags})
 list(FILTER pcIncludes INCLUDE REGEX "^-I")
-if(NOT pcIncludes)
-  message(FATAL_ERROR "pkg-config gave no include directory for orvcimxml: ${pcFlags}")
-endif()
 
 file(GLOB_RECURSE headers RELATIVE ${prefix}/include/orv ${prefix}/include/orv/*.h)
-list(LENGTH headers headerCount)
-if(headerCount LESS 20)
-  message(FATAL_ERROR "Only ${headerCount} headers were installed: ${headers}")
-endif()
 set(allHeaders "")
 foreach(header ${headers})
   string(APPEND allHeaders "#include \"${header}\"\n")
@@ -131,21 +103,14 @@ orv_step("build the pkg-config consumer"
 # 5. Both programs load the schema, then the instances, and say the same.
 set(schema ${ORV_EXAMPLES_DIR}/schema.xml)
 set(instances ${ORV_EXAMPLES_DIR}/instances.xml)
-set(expected "${schema}: 6 classes\n${instances}: 5 instances\n")
-string(LENGTH "${expected}" expectedLength)
 file(GLOB_RECURSE cmakeProgram ${cmakeBuild}/LoadDocuments)
-if(NOT cmakeProgram)
-  message(FATAL_ERROR "The find_package consumer built no LoadDocuments in ${cmakeBuild}")
-endif()
-list(GET cmakeProgram 0 cmakeProgram)
 orv_step("run the find_package consumer" OUTPUT cmakeOutput
          COMMAND ${cmakeProgram} ${schema} ${instances})
 orv_step("run the pkg-config consumer" OUTPUT pkgOutput
          COMMAND ${pkgBuild}/LoadDocuments ${schema} ${instances})
-string(SUBSTRING "${cmakeOutput}" 0 ${expectedLength} head)
-if(NOT head STREQUAL expected)
-  message(FATAL_ERROR "The find_package consumer printed:\n${cmakeOutput}\n"
-                      "expected it to begin with:\n${expected}")
+string(FIND "${cmakeOutput}" "${schema}: 6 classes\n${instances}: 5 instances\n" at)
+if(NOT at EQUAL 0)
+  message(FATAL_ERROR "The find_package consumer printed:\n${cmakeOutput}")
 endif()
 if(NOT pkgOutput STREQUAL cmakeOutput)
   message(FATAL_ERROR "The two builds disagree:\n--- find_package ---\n${cmakeOutput}\n"
