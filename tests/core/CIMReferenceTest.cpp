@@ -68,6 +68,7 @@ TEST(CIMReferenceTest, KeyNamesIgnoreLetterCase) {
   EXPECT_EQ(path, same);
 
   // Order and values count.
+  EXPECT_NE(path, ParseText("CIM_Disk.Id=\"b\",Name=\"c\""));
   TCIMReference otherValue = same;
   otherValue.AddKeyValue("id", TCIMValue("B"));
   EXPECT_NE(path, otherValue);

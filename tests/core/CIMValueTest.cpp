@@ -32,8 +32,9 @@ TEST(CIMValueTest, TextOfEveryType) {
        {"127", "127", "-129", "!range", "128", "!range", "-0x80", "-128", "0x80", "!range"}},
       {kCIMTypeSint16, {"-32768", "-32768", "32768", "!range"}},
       {kCIMTypeSint32,
-       {"-2147483649", "!range", "   ", "!text", "-", "!text", "+-1", "!text", "1 2", "!text",
-        "12abc", "!text", "1.5", "!text", "0x", "!text", "0xG1", "!text"}},
+       {"-2147483648", "-2147483648", "-2147483649", "!range", "   ",   "!text", "-",
+        "!text",       "+-1",         "!text",       "1 2",    "!text", "12abc", "!text",
+        "1.5",         "!text",       "0x",          "!text",  "0xG1",  "!text"}},
       {kCIMTypeSint64,
        {"-9223372036854775808", "-9223372036854775808", "9223372036854775808", "!range",
         "123456789012345678901234567890", "!range"}},
@@ -77,6 +78,7 @@ TEST(CIMValueTest, TextOfEveryType) {
   };
   EXPECT_EQ(read(kCIMTypeUint64, "0xfedcba9876543210").GetUnsigned(), 0xfedcba9876543210ULL);
   EXPECT_EQ(read(kCIMTypeSint8, "-5").GetSigned(), -5);
+  EXPECT_EQ(read(kCIMTypeString, " x").GetString(), " x");
   EXPECT_EQ(read(kCIMTypeChar16, "\xE2\x82\xAC").GetUnsigned(), 0x20ACu);
   // real32 is rounded to single precision.
   EXPECT_EQ(read(kCIMTypeReal32, "0.1").GetReal(), static_cast<double>(0.1f));

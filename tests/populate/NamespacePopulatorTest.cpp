@@ -87,6 +87,7 @@ TEST_F(NamespacePopulatorTest, FilesAndWhatTheyYield) {
       {"empty.xml", "", false, kORVStatusInvalidDocument, {kProlog}},
       {"empty.gz", Gzipped(""), true, kORVStatusGzipRead, {}},
       {"short.gz", "\x1f", true, kORVStatusFileAccess, {}},
+      {"three.gz", "\x1f\x8b\x08", false, kORVStatusFileAccess, {}},
       {"nodeflate.gz", "\x1f\x8b" + std::string(40, 'x'), false, kORVStatusGzipRead, {}},
       // Damage that zlib always notices: the header's method, the data
       // check, a stored byte that then fails the data check.
