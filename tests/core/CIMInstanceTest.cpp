@@ -1,11 +1,4 @@
-#include "ModelFixture.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-using namespace NVRNORV20;
+#include "support/Fixtures.h"
 
 namespace orvtest {
 namespace {
@@ -14,14 +7,13 @@ class CIMInstanceTest : public TModelTest {
 protected:
   /// Base { [Key] string Name; uint32 Count = 5 } and
   /// Device : Base { [Key] uint32 Slot; uint8 Data[4]; string Label = "none" }.
-  void SetUp() override {
-    TModelTest::SetUp();
+  CIMInstanceTest() {
     base = Class("Base");
-    KeyProperty(*base, "Name", TCIMValue(TCIMType(kCIMTypeString), 0));
+    Property(*base, "Name", TCIMValue(TCIMType(kCIMTypeString), 0), true);
     Property(*base, "Count", Uint32(5));
     base->Commit();
     device = Class("Device", "Base");
-    KeyProperty(*device, "Slot", TCIMValue(TCIMType(kCIMTypeUint32), 0));
+    Property(*device, "Slot", TCIMValue(TCIMType(kCIMTypeUint32), 0), true);
     Property(*device, "Data", TCIMValue(TCIMType(kCIMTypeUint8).GetArrayType(), 4));
     Property(*device, "Label", TCIMValue("none"));
     device->Commit();
@@ -47,38 +39,27 @@ protected:
   boost::shared_ptr<ICIMClass> device;
 };
 
-TEST_F(CIMInstanceTest, NewInstanceHoldsEveryPropertyAtItsClassDefault) {
+TEST_F(CIMInstanceTest, PropertiesStartAtTheirDefaultsAndAreChecked) {
   auto instance = device->CreateInstance();
-  std::vector<std::string> names;
-  for (const auto &property : instance->GetProperties())
-    names.push_back(property->GetName());
-  EXPECT_EQ(names, (std::vector<std::string>{"Name", "Count", "Slot", "Data", "Label"}));
+  EXPECT_EQ(Names(instance->GetProperties()),
+            (std::vector<std::string>{"Name", "Count", "Slot", "Data", "Label"}));
   EXPECT_EQ(instance->GetPropertyValue("count"), Uint32(5));
-  EXPECT_EQ(instance->GetPropertyValue("Label"), TCIMValue("none"));
   EXPECT_TRUE(instance->GetPropertyValue("Name").IsNull());
   EXPECT_FALSE(instance->IsCommitted());
   EXPECT_TRUE(device->GetInstances().empty()) << "only Commit registers";
-}
-
-TEST_F(CIMInstanceTest, SetPropertyValueChecksNameAndType) {
-  auto instance = device->CreateInstance();
-  struct TCase {
+  const struct {
     const char *property;
     TCIMValue value;
     EORVStatusCode status;
-  } cases[] = {
-      {"Count", Uint32(9), kORVStatusOK},
-      {"Missing", Uint32(9), kORVStatusNoSuchProperty},
-      {"Count", TCIMValue("9"), kORVStatusTypeMismatch},
-      {"Count", TCIMValue::MakeUnsigned(kCIMTypeUint64, 9), kORVStatusTypeMismatch},
-      {"Data", TCIMValue::MakeUnsigned(kCIMTypeUint8, 1), kORVStatusTypeMismatch},
-      {"Label", TCIMValue(), kORVStatusOK},
-  };
-  for (const auto &test : cases) {
-    SCOPED_TRACE(test.property);
-    EXPECT_EQ(StatusOf([&] { instance->SetPropertyValue(test.property, test.value); }),
-              test.status);
-  }
+  } cases[] = {{"Count", Uint32(9), kORVStatusOK},
+               {"Missing", Uint32(9), kORVStatusNoSuchProperty},
+               {"Count", TCIMValue("9"), kORVStatusTypeMismatch},
+               {"Count", TCIMValue::MakeUnsigned(kCIMTypeUint64, 9), kORVStatusTypeMismatch},
+               {"Data", TCIMValue::MakeUnsigned(kCIMTypeUint8, 1), kORVStatusTypeMismatch},
+               {"Label", TCIMValue(), kORVStatusOK}};
+  for (const auto &test : cases)
+    EXPECT_EQ(StatusOf([&] { instance->SetPropertyValue(test.property, test.value); }), test.status)
+        << test.property;
   EXPECT_EQ(instance->GetPropertyValue("Count"), Uint32(9));
   // The untyped null that a failed conversion leaves becomes a typed null.
   const TCIMValue label = instance->GetPropertyValue("Label");
@@ -112,20 +93,13 @@ TEST_F(CIMInstanceTest, CommitRegistersByPathAndRefusesDuplicates) {
   EXPECT_EQ(
       ns->GetInstance(Path("DEVICE", {{"slot", TCIMValue("1")}, {"NAME", TCIMValue("disk")}})),
       first);
-  struct TCase {
-    const char *what;
-    TCIMReference path;
-  } missing[] = {
-      {"other key value", Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", Uint32(7)}})},
-      {"key text that is no number",
-       Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", TCIMValue("x")}})},
-      {"superclass of the instance", Path("Base", {{"Name", TCIMValue("disk")}})},
-      {"unknown class", Path("Nowhere", {})},
-  };
-  for (const auto &test : missing) {
-    SCOPED_TRACE(test.what);
-    EXPECT_EQ(StatusOf([&] { ns->GetInstance(test.path); }), kORVStatusNoSuchInstance);
-  }
+  // Another key value, key text that is no number, the superclass, an
+  // unknown class.
+  for (const TCIMReference &other :
+       {Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", Uint32(7)}}),
+        Path("Device", {{"Name", TCIMValue("disk")}, {"Slot", TCIMValue("x")}}),
+        Path("Base", {{"Name", TCIMValue("disk")}}), Path("Nowhere", {})})
+    EXPECT_EQ(StatusOf([&] { ns->GetInstance(other); }), kORVStatusNoSuchInstance);
 
   ns->DeleteInstance(path);
   EXPECT_EQ(StatusOf([&] { ns->GetInstance(path); }), kORVStatusNoSuchInstance);
@@ -163,6 +137,8 @@ TEST_F(CIMInstanceTest, FlattenedSubclassInstancesAreKeyedByPropagatedKeys) {
   EXPECT_EQ(ns->GetInstance(Path("Flat", {{"Name", TCIMValue("x")}})), early);
 }
 
+// Instances of a class without keys share their path; the class cannot be
+// deleted while it has them.
 TEST_F(CIMInstanceTest, KeylessInstancesShareTheirPath) {
   auto keyless = Class("Setting");
   Property(*keyless, "Value", Uint32(0));
@@ -173,6 +149,7 @@ TEST_F(CIMInstanceTest, KeylessInstancesShareTheirPath) {
   EXPECT_EQ(keyless->GetInstances().size(), 2u);
   EXPECT_TRUE(first->GetPath().GetKeyBindings().empty());
   EXPECT_EQ(ns->GetInstance(first->GetPath()), first);
+  EXPECT_EQ(StatusOf([&] { ns->DeleteClass("Setting"); }), kORVStatusClassHasInstances);
 }
 
 } // namespace

@@ -1,262 +1,194 @@
-// The loaders against real files in a temporary folder: plain and gzip, the
-// asymmetric ".GZ" test, the gzip checks, the size cap, and the note that
-// names a failed file.
+// The loaders against real files in a scratch folder: plain and gzip, the
+// asymmetric ".GZ" test, damaged and unreadable files, the size cap, and the
+// note that names a failed file.
 #include "populate/NamespacePopulator.h"
 
-#include "cimxml/CIMXMLParser.h"
-#include "core_api/CIMInterfaces.h"
-#include "core_api/ORVStatusCode.h"
-#include "support/CapturingLogger.h"
-#include "support/ScratchFiles.h"
+#include "support/Fixtures.h"
 
-#include <gtest/gtest.h>
-#include <zlib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <locale>
-#include <string>
-#include <unistd.h>
-#include <vector>
 
-using namespace NVRNORV20;
-
+namespace orvtest {
 namespace {
 
-using orvtest::Gzipped;
-
-/// Parses as far as the root and rejects foo there: the log line proves the
+/// Parsed as far as the root, where foo is refused: the line proves that the
 /// bytes reached the parser.
 const char kDocument[] = "<?xml version=\"1.0\"?>\n<CIM CIMVERSION=\"2.0\"><foo/></CIM>\n";
-const char kFooLine[] = "CIM-XML Parser line 2:Unexpected element foo";
+const std::string kFoo = Err("Unexpected element foo", 2);
+const std::string kProlog = Err("Unexpected character before prolog");
 
-enum class EEntry { kClasses, kInstances };
-
-class TNamespacePopulatorTest : public ::testing::Test {
+class NamespacePopulatorTest : public ::testing::Test {
 protected:
-  TNamespacePopulatorTest() : ns(CreateCIMNamespace("root/test")) {}
+  void SetUp() override { ASSERT_FALSE(scratch.path.empty()); }
 
-  std::string PathOf(const std::string &name) const { return scratch.PathOf(name); }
-  std::string WritePlain(const std::string &name, const std::string &bytes) const {
-    return scratch.Write(name, bytes);
-  }
-  std::string WriteGzip(const std::string &name, const std::string &bytes) const {
-    return scratch.WriteGzip(name, bytes);
-  }
-
-  /// Loads through one entry point; the status that it threw, or 0.
-  int Load(EEntry entry, const std::string &path) {
-    try {
-      if (entry == EEntry::kClasses)
+  /// Loads through one entry point into a fresh namespace; the status it
+  /// threw, the log (the note that names the file last, at level 0).
+  EORVStatusCode Load(bool classes, const std::string &path) {
+    logger.entries.clear();
+    ns = CreateCIMNamespace("root/test");
+    const EORVStatusCode status = StatusOf([&] {
+      if (classes)
         TNamespacePopulator::PopulateFromXMLFile(ns, path);
       else
         TNamespacePopulator::PopulateFromRegXMLFile(ns, path);
-    } catch (const TORVException &ex) {
-      return ex.GetStatusCode();
+    });
+    if (status != kORVStatusOK) {
+      EXPECT_EQ(logger.entries.back(),
+                std::make_pair(0, "Previous error was while parsing file '" + path + "'"));
+      logger.entries.pop_back();
     }
-    return 0;
+    return status;
   }
 
-  static std::string Note(const std::string &path) {
-    return "Previous error was while parsing file '" + path + "'";
-  }
-
-  orvtest::TCapturingLogger logger;
+  TCapturingLogger logger;
+  TTemporaryFolder scratch;
   boost::shared_ptr<ICIMNamespace> ns;
-  orvtest::TTemporaryFolder scratch{"orvpop"};
-  /// Empty when the scratch folder could not be made.
-  const std::string folder = scratch.Path();
 };
 
-/// A gzip file cut before its trailer, whose stored payload ends in the
+/// A gzip member cut before its trailer, whose stored payload ends in the
 /// size that the file's last four bytes then claim.
 std::string Truncated(const std::string &bytes, const char (&claim)[5]) {
   const std::string whole = Gzipped(bytes + std::string(claim, 4), 0);
   return whole.substr(0, whole.size() - 8);
 }
 
-// Which names are read as gzip by which entry point, and what each file
-// kind then yields.
-TEST_F(TNamespacePopulatorTest, GzipIsChosenByName) {
-  ASSERT_FALSE(folder.empty());
-  const std::string prologError = "CIM-XML Parser line 1:Unexpected character before prolog";
-  struct TCase {
-    const char *name;
-    bool gzipped;
-    EEntry entry;
-    int status;
-    const char *firstLine;
-  };
-  const TCase cases[] = {
-      {"plain.xml", false, EEntry::kClasses, 0, kFooLine},
-      {"plain.xml", false, EEntry::kInstances, 0, kFooLine},
-      {"doc.xml.gz", true, EEntry::kClasses, 0, kFooLine},
-      {"doc.xml.gz", true, EEntry::kInstances, 0, kFooLine},
-      {"x.gz.xml", true, EEntry::kClasses, 0, kFooLine},
-      {"x.gz.xml", true, EEntry::kInstances, 0, kFooLine},
-      // Only the class loader takes the upper-case suffix: the instance
-      // loader reads the compressed bytes as text.
-      {"DOC.XML.GZ", true, EEntry::kClasses, 0, kFooLine},
-      {"DOC.XML.GZ", true, EEntry::kInstances, kORVStatusInvalidDocument, prologError.c_str()},
-      // Mixed case is gzip to neither.
-      {"doc.Gz", true, EEntry::kClasses, kORVStatusInvalidDocument, prologError.c_str()},
-      {"doc.gZ", true, EEntry::kInstances, kORVStatusInvalidDocument, prologError.c_str()},
-      // A gzip name on plain text fails the magic.
-      {"text.gz", false, EEntry::kClasses, kORVStatusNotGzip, nullptr},
-      {"text.GZ", false, EEntry::kClasses, kORVStatusNotGzip, nullptr},
-      {"text.GZ", false, EEntry::kInstances, 0, kFooLine},
-  };
-  for (const TCase &c : cases) {
-    SCOPED_TRACE(std::string(c.name) + (c.entry == EEntry::kClasses ? " classes" : " instances"));
-    const std::string path =
-        c.gzipped ? WriteGzip(c.name, kDocument) : WritePlain(c.name, kDocument);
-    EXPECT_EQ(c.status, Load(c.entry, path));
-    std::vector<std::string> expected;
-    if (c.firstLine != nullptr)
-      expected.push_back(c.firstLine);
-    if (c.status != 0)
-      expected.push_back(Note(path));
-    EXPECT_EQ(expected, logger.Texts());
-    if (c.status != 0) {
-      EXPECT_EQ(0, logger.entries.back().first);
-    }
-    logger.entries.clear();
-  }
-}
-
-// The trailer's size decides how much is read. A file that ends early
-// reads short and the rest of the buffer is zeroed; a size beyond the limit
-// is cut to 100 MiB.
-TEST_F(TNamespacePopulatorTest, DamagedGzipFiles) {
-  ASSERT_FALSE(folder.empty());
+TEST_F(NamespacePopulatorTest, FilesAndWhatTheyYield) {
+  const std::string gzip = Gzipped(kDocument);
   const std::string cut = "<?xml version=\"1.0\"?>\n<CIM>";
-  struct TCase {
+  const std::string schema = ReadFile(std::string(ORV_EXAMPLES_DIR) + "/schema.xml");
+  std::string dataCheck = Gzipped(schema);
+  dataCheck[dataCheck.size() - 8] = static_cast<char>(dataCheck[dataCheck.size() - 8] ^ 0xFF);
+  std::string storedByte = Gzipped(schema, 0);
+  storedByte[storedByte.size() / 2] = static_cast<char>(storedByte[storedByte.size() / 2] ^ 0x20);
+  std::string method = gzip;
+  method[2] = 9;
+  const struct {
     const char *name;
     std::string bytes;
-    int status;
+    bool classes;
+    EORVStatusCode status;
     std::vector<std::string> log;
-  };
-  const TCase cases[] = {
-      {"empty.gz", Gzipped(""), kORVStatusGzipRead, {}},
-      {"short.gz", std::string("\x1f", 1), kORVStatusFileAccess, {}},
-      {"three.gz", std::string("\x1f\x8b\x08", 3), kORVStatusFileAccess, {}},
-      {"nodeflate.gz", std::string("\x1f\x8b") + std::string(40, 'x'), kORVStatusGzipRead, {}},
-      // Two members: the trailer is the second's, which is shorter, so only
-      // the first bytes of the document are read.
+  } cases[] = {
+      {"plain.xml", kDocument, false, kORVStatusOK, {kFoo}},
+      {"doc.xml.gz", gzip, true, kORVStatusOK, {kFoo}},
+      {"x.gz.xml", gzip, false, kORVStatusOK, {kFoo}},
+      // Only the class loader takes the upper-case suffix: the instance
+      // loader reads the compressed bytes as text. Mixed case is gzip to
+      // neither; a gzip name on plain text fails the magic.
+      {"DOC.XML.GZ", gzip, true, kORVStatusOK, {kFoo}},
+      {"DOC.XML.GZ", gzip, false, kORVStatusInvalidDocument, {kProlog}},
+      {"doc.Gz", gzip, true, kORVStatusInvalidDocument, {kProlog}},
+      {"text.gz", kDocument, true, kORVStatusNotGzip, {}},
+      {"text.GZ", kDocument, false, kORVStatusOK, {kFoo}},
+      {"empty.xml", "", false, kORVStatusInvalidDocument, {kProlog}},
+      {"empty.gz", Gzipped(""), true, kORVStatusGzipRead, {}},
+      {"short.gz", "\x1f", true, kORVStatusFileAccess, {}},
+      {"three.gz", "\x1f\x8b\x08", false, kORVStatusFileAccess, {}},
+      {"nodeflate.gz", "\x1f\x8b" + std::string(40, 'x'), false, kORVStatusGzipRead, {}},
+      // Damage that zlib always notices: the header's method, the data
+      // check, a stored byte that then fails the data check.
+      {"method.gz", method, true, kORVStatusGzipRead, {}},
+      {"datacheck.gz", dataCheck, false, kORVStatusGzipRead, {}},
+      {"storedbyte.gz", storedByte, true, kORVStatusGzipRead, {}},
+      // The trailer's size decides how much is read. Of two members the
+      // trailer is the second's, shorter, so only the document's beginning
+      // is read; a file that ends early reads short, the rest zeroed; a size
+      // beyond the limit is cut to it.
       {"claimsless.gz",
        Gzipped(cut + "<foo/></CIM>") + Gzipped(std::string(cut.size(), 'x')),
+       true,
        kORVStatusInvalidDocument,
-       {"CIM-XML Parser line 2:Unexpected character where element expected"}},
-      {"claimsmore.gz", Truncated(kDocument, "\xe8\x03\x00\x00"), 0, {kFooLine}},
-      {"claimshuge.gz", Truncated(kDocument, "\xff\xff\xff\xff"), 0, {kFooLine}},
+       {Err("Unexpected character where element expected", 2)}},
+      {"claimsmore.gz", Truncated(kDocument, "\xe8\x03\x00\x00"), false, kORVStatusOK, {kFoo}},
+      {"claimshuge.gz", Truncated(kDocument, "\xff\xff\xff\xff"), true, kORVStatusOK, {kFoo}},
   };
-  for (const TCase &c : cases) {
-    SCOPED_TRACE(c.name);
-    const std::string path = WritePlain(c.name, c.bytes);
-    for (EEntry entry : {EEntry::kClasses, EEntry::kInstances}) {
-      EXPECT_EQ(c.status, Load(entry, path));
-      std::vector<std::string> expected = c.log;
-      if (c.status != 0)
-        expected.push_back(Note(path));
-      EXPECT_EQ(expected, logger.Texts());
-      logger.entries.clear();
-    }
+  for (const auto &c : cases) {
+    SCOPED_TRACE(std::string(c.name) + (c.classes ? " as classes" : " as instances"));
+    EXPECT_EQ(c.status, Load(c.classes, scratch.Write(c.name, c.bytes)));
+    EXPECT_EQ(c.log, logger.Texts());
+  }
+  // A missing file, and a folder, which opens but yields no bytes.
+  for (const std::string name : {"missing.xml", "folder.xml", "folder.xml.gz"}) {
+    if (name != "missing.xml")
+      std::filesystem::create_directory(scratch.PathOf(name));
+    for (bool classes : {true, false})
+      EXPECT_EQ(kORVStatusFileAccess, Load(classes, scratch.PathOf(name))) << name;
+    EXPECT_EQ(std::vector<std::string>{}, logger.Texts());
   }
 }
 
-TEST_F(TNamespacePopulatorTest, MissingFileNamesItself) {
-  for (const char *name : {"missing.xml", "missing.gz"}) {
-    SCOPED_TRACE(name);
-    const std::string path = PathOf(name);
-    EXPECT_EQ(kORVStatusFileAccess, Load(EEntry::kClasses, path));
-    ASSERT_EQ(1U, logger.entries.size());
-    EXPECT_EQ(0, logger.entries[0].first);
-    EXPECT_EQ(Note(path), logger.entries[0].second);
-    logger.entries.clear();
-  }
-}
-
-// Without a namespace both calls fail before the file is read, with one line.
-TEST_F(TNamespacePopulatorTest, EmptyNamespaceFailsAtOnce) {
-  const std::string path = WritePlain("doc.xml", kDocument);
-  ns.reset();
-  for (EEntry entry : {EEntry::kClasses, EEntry::kInstances}) {
-    EXPECT_EQ(kORVStatusNullObject, Load(entry, path));
-    const std::vector<std::pair<int, std::string>> noteOnly{{0, Note(path)}};
-    EXPECT_EQ(noteOnly, logger.entries);
-    logger.entries.clear();
-  }
-}
-
-// Line ends are passed through; lines are counted by line feeds.
-TEST_F(TNamespacePopulatorTest, CarriageReturnsAreKept) {
-  const std::string path = WritePlain("crlf.xml", "<CIM>\r\n\r\n<foo/>\r\n</CIM>\r\n");
-  EXPECT_EQ(0, Load(EEntry::kClasses, path));
-  EXPECT_EQ(std::vector<std::string>{"CIM-XML Parser line 3:Unexpected element foo"},
-            logger.Texts());
-}
-
-TEST_F(TNamespacePopulatorTest, ReturnsOnlyThisDocumentsObjects) {
-  const std::string path = WritePlain("empty.xml", "<CIM></CIM>");
-  EXPECT_TRUE(TNamespacePopulator::PopulateFromXMLFile(ns, path).empty());
-  EXPECT_TRUE(TNamespacePopulator::PopulateFromRegXMLFile(ns, path).empty());
-  EXPECT_TRUE(logger.entries.empty());
-}
-
-// The environment's locale is made global only while the gzip stream is
-// opened; one that cannot be made is no reason to fail.
-TEST_F(TNamespacePopulatorTest, GzipLoadLeavesTheGlobalLocale) {
-  const std::string path = WriteGzip("locale.xml.gz", kDocument);
+// The environment's locale is made global only while a gzip file is opened
+// by the class loader; one that cannot be made is no reason to fail. A file
+// that is there but cannot be opened (a socket) leaves it in force.
+TEST_F(NamespacePopulatorTest, GzipLoadAndTheGlobalLocale) {
+  const std::string path = scratch.Write("locale.xml.gz", Gzipped(kDocument));
+  const std::string socketPath = scratch.PathOf("socket.xml.gz");
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
+  const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+  ASSERT_EQ(0, bind(listener, reinterpret_cast<sockaddr *>(&address), sizeof address));
   const char *saved = std::getenv("LC_ALL");
   const std::string savedValue = saved != nullptr ? saved : "";
   const std::string before = std::locale().name();
   for (const char *environment : {"C.UTF-8", "xx_NO.SUCH-LOCALE"}) {
-    SCOPED_TRACE(environment);
     setenv("LC_ALL", environment, 1);
-    EXPECT_EQ(0, Load(EEntry::kClasses, path));
-    EXPECT_EQ(before, std::locale().name());
-    EXPECT_EQ(std::vector<std::string>{kFooLine}, logger.Texts());
-    logger.entries.clear();
+    EXPECT_EQ(kORVStatusOK, Load(true, path));
+    EXPECT_EQ(before, std::locale().name()) << environment;
   }
-  if (saved != nullptr)
-    setenv("LC_ALL", savedValue.c_str(), 1);
-  else
-    unsetenv("LC_ALL");
+  setenv("LC_ALL", "C.UTF-8", 1);
+  EXPECT_EQ(kORVStatusFileAccess, Load(false, socketPath));
+  EXPECT_EQ(before, std::locale().name());
+  EXPECT_EQ(kORVStatusFileAccess, Load(true, socketPath));
+  EXPECT_EQ(std::locale("C.UTF-8").name(), std::locale().name());
+  std::locale::global(std::locale::classic());
+  close(listener);
+  saved != nullptr ? setenv("LC_ALL", savedValue.c_str(), 1) : unsetenv("LC_ALL");
 }
 
 // A plain document larger than the limit is read only to 100 MiB. The file
-// is sparse beyond its first 100 MiB of prolog whitespace, and the root
-// element stands just past the cut: read whole it loads, cut it fails.
-TEST_F(TNamespacePopulatorTest, OversizedDocumentIsCut) {
-  ASSERT_FALSE(folder.empty());
-  const std::uint32_t cut = 104857600;
-  const std::string path = PathOf("big.xml");
+// is sparse beyond its first 100 MiB of prolog blanks, and the root element
+// stands just past the cut: read whole it loads, cut it fails.
+// Without a namespace both calls fail before the file is read, with one line.
+TEST_F(NamespacePopulatorTest, EmptyNamespaceFailsAtOnce) {
+  const std::string path = scratch.Write("doc.xml", "<CIM/>");
+  for (bool classes : {true, false}) {
+    logger.entries.clear();
+    const EORVStatusCode status = StatusOf([&] {
+      if (classes)
+        TNamespacePopulator::PopulateFromXMLFile(nullptr, path);
+      else
+        TNamespacePopulator::PopulateFromRegXMLFile(nullptr, path);
+    });
+    EXPECT_EQ(kORVStatusNullObject, status);
+    const std::vector<std::pair<int, std::string>> noteOnly{
+        {0, "Previous error was while parsing file '" + path + "'"}};
+    EXPECT_EQ(noteOnly, logger.entries);
+  }
+}
+
+TEST_F(NamespacePopulatorTest, OversizedDocumentIsCut) {
+  const std::size_t cut = 104857600;
+  const std::string path = scratch.PathOf("big.xml");
   {
     std::ofstream file(path, std::ios::binary);
-    const std::string declaration = "<?xml version=\"1.0\"?>";
-    file << declaration;
+    file << "<?xml version=\"1.0\"?>";
     const std::string blanks(1 << 20, ' ');
-    std::size_t written = declaration.size();
-    while (written < cut) {
-      const std::size_t n = std::min<std::size_t>(blanks.size(), cut - written);
-      file.write(blanks.data(), static_cast<std::streamsize>(n));
-      written += n;
-    }
+    for (std::size_t written = 21; written < cut; written += blanks.size())
+      file.write(blanks.data(),
+                 static_cast<std::streamsize>(std::min(blanks.size(), cut - written)));
     file << "<CIM><foo/></CIM>";
   }
-  EXPECT_EQ(0, Load(EEntry::kClasses, path));
-  EXPECT_EQ(std::vector<std::string>{"CIM-XML Parser line 1:Unexpected element foo"},
-            logger.Texts());
-  logger.entries.clear();
-
+  EXPECT_EQ(kORVStatusOK, Load(true, path));
+  EXPECT_EQ(std::vector<std::string>{Err("Unexpected element foo")}, logger.Texts());
   ASSERT_EQ(0, truncate(path.c_str(), TCIMXMLParser::kMaxSpecificationDocumentSize + 1));
-  EXPECT_EQ(kORVStatusInvalidDocument, Load(EEntry::kInstances, path));
-  const std::vector<std::string> expected = {
-      "CIM-XML Parser line 1:Unexpected character before element", Note(path)};
-  EXPECT_EQ(expected, logger.Texts());
+  EXPECT_EQ(kORVStatusInvalidDocument, Load(false, path));
+  EXPECT_EQ(std::vector<std::string>{Err("Unexpected character before element")}, logger.Texts());
 }
 
 } // namespace
+} // namespace orvtest
