@@ -164,13 +164,13 @@ bool TCIMClass::IsAssociation(const TCIMOptions &) {
 }
 
 bool TCIMClass::IsSubclassOf(const std::string &className, const TCIMOptions &) {
-  if (SameName(name, className))
+  if (EqualsNoCase(name, className))
     return true;
   for (ICIMClass *ancestor = superClass.get(); ancestor;
        ancestor = ancestor->GetSuperClass().get()) {
     // Each class holds its superclass, so the raw pointer outlives the
     // temporary that handed it out.
-    if (SameName(ancestor->GetName(), className))
+    if (EqualsNoCase(ancestor->GetName(), className))
       return true;
   }
   return false;

@@ -44,18 +44,9 @@ struct TNameHash {
 
 struct TNameEqual {
   bool operator()(std::string_view left, std::string_view right) const noexcept {
-    if (left.size() != right.size())
-      return false;
-    for (std::size_t i = 0; i < left.size(); ++i)
-      if (FoldAscii(left[i]) != FoldAscii(right[i]))
-        return false;
-    return true;
+    return EqualsNoCase(left, right);
   }
 };
-
-inline bool SameName(std::string_view left, std::string_view right) {
-  return TNameEqual()(left, right);
-}
 
 /// A map whose keys are names: any letter case finds the entry.
 template <class TValue>

@@ -136,10 +136,11 @@ void TCIMNamespace::DeleteClass(const std::string &className, const TCIMOptions 
   const std::string &superClassName = entry.cimClass->GetSuperClassName();
   if (TClassEntry *parent = superClassName.empty() ? nullptr : FindEntry(superClassName)) {
     auto &siblings = parent->subclasses;
-    siblings.erase(
-        std::remove_if(siblings.begin(), siblings.end(),
-                       [&](const std::string &sibling) { return SameName(sibling, className); }),
-        siblings.end());
+    siblings.erase(std::remove_if(siblings.begin(), siblings.end(),
+                                  [&](const std::string &sibling) {
+                                    return EqualsNoCase(sibling, className);
+                                  }),
+                   siblings.end());
   }
   classOrder.erase(entry.sequence);
   classes.erase(found);

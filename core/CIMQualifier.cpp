@@ -146,7 +146,7 @@ boost::shared_ptr<ICIMQualifier>
 TCIMQualifierList::Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list,
                         const std::string &name) {
   for (const auto &qualifier : list)
-    if (SameName(qualifier->GetName(), name))
+    if (EqualsNoCase(qualifier->GetName(), name))
       return qualifier;
   return boost::shared_ptr<ICIMQualifier>();
 }
@@ -155,7 +155,7 @@ void TCIMQualifierList::Add(boost::shared_ptr<ICIMQualifier> qualifier) {
   if (!qualifier)
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
   for (auto &present : own) {
-    if (SameName(present->GetName(), qualifier->GetName())) {
+    if (EqualsNoCase(present->GetName(), qualifier->GetName())) {
       present = std::move(qualifier);
       return;
     }

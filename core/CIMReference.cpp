@@ -10,19 +10,6 @@ namespace NVRNORV20 {
 
 namespace {
 
-bool EqualsNoCase(const char *a, std::size_t aLength, const std::string &b) {
-  if (aLength != b.size())
-    return false;
-  for (std::size_t i = 0; i < aLength; ++i)
-    if (FoldAscii(a[i]) != FoldAscii(b[i]))
-      return false;
-  return true;
-}
-
-bool EqualsNoCase(const std::string &a, const std::string &b) {
-  return EqualsNoCase(a.data(), a.size(), b);
-}
-
 bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
@@ -71,9 +58,9 @@ TCIMValue ReadBareKeyValue(const char *text, std::size_t length) {
   if (length == 0)
     return TCIMValue();
   const std::string token(text, length);
-  if (EqualsNoCase(text, length, "true"))
+  if (EqualsNoCase({text, length}, "true"))
     return TCIMValue(true);
-  if (EqualsNoCase(text, length, "false"))
+  if (EqualsNoCase({text, length}, "false"))
     return TCIMValue(false);
   ECIMType type = text[0] == '-' ? kCIMTypeSint64 : kCIMTypeUint64;
   const bool hex = token.find_first_of("xX") != std::string::npos;

@@ -28,17 +28,6 @@ constexpr std::string_view kTypeNameViews[kTypeCount] = {
     "",       "boolean", "string", "char16", "uint8",  "sint8",  "uint16",   "sint16",
     "uint32", "sint32",  "uint64", "sint64", "real32", "real64", "datetime", "reference"};
 
-// Compares text with a lower-case word, folding the text's ASCII letters.
-bool EqualsLowerWord(const char *text, std::size_t length, const char *word,
-                     std::size_t wordLength) {
-  if (length != wordLength)
-    return false;
-  for (std::size_t i = 0; i < length; ++i)
-    if (FoldAscii(text[i]) != word[i])
-      return false;
-  return true;
-}
-
 void Trim(const char *&begin, const char *&end) {
   while (begin < end && IsSpace(*begin))
     ++begin;
@@ -210,9 +199,9 @@ TCIMValue::TCIMValue(TCIMType valueType, const std::string &valueText,
   switch (static_cast<ECIMType>(valueType)) {
   case kCIMTypeBoolean:
     Trim(begin, end);
-    if (EqualsLowerWord(begin, static_cast<std::size_t>(end - begin), "true", 4))
+    if (EqualsNoCase({begin, static_cast<std::size_t>(end - begin)}, "true"))
       scalar.boolean = true;
-    else if (EqualsLowerWord(begin, static_cast<std::size_t>(end - begin), "false", 5))
+    else if (EqualsNoCase({begin, static_cast<std::size_t>(end - begin)}, "false"))
       scalar.boolean = false;
     else
       Throw(kORVStatusInvalidValueText);

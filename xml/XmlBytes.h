@@ -1,5 +1,5 @@
-// Byte helpers that the tokenizer and its caches share. Internal to the
-// parser library: nothing outside it includes this header.
+// Byte helpers that the tokenizer, its caches and the parse states share.
+// Internal to the parser library: nothing outside it includes this header.
 #ifndef ORV_XML_XMLBYTES_H
 #define ORV_XML_XMLBYTES_H
 
@@ -15,6 +15,11 @@ namespace NVRNORV20 {
 inline int AsciiLower(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
+}
+
+/// Space, tab, CR and LF: the only whitespace that XML knows.
+inline bool IsXmlSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 /// Short runs are compared in a plain loop, longer ones a word at a time:

@@ -1,16 +1,9 @@
 #include "cimxml/states/PathStates.h"
 
 #include "cimxml/states/ReferenceStates.h"
+#include "xml/XmlBytes.h"
 
 namespace NVRNORV20 {
-
-namespace {
-
-bool IsTrailingSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-} // namespace
 
 // namespacepath ------------------------------------------------------------
 
@@ -57,7 +50,7 @@ void TCIMXMLParser::TStateHost::ElementEnd(TCIMXMLParser &parser, const std::str
   // character: a host of one blank stays a blank. The buffer itself is
   // trimmed, as nothing else reads it before the next clearing.
   std::size_t length = text.size();
-  while (length > 1 && IsTrailingSpace(text[length - 1]))
+  while (length > 1 && IsXmlSpace(text[length - 1]))
     --length;
   text.resize(length);
   host = text;
