@@ -50,7 +50,7 @@ TEST_F(AttributeHandlerTest, StringHandlersTakeOnlyTheirName) {
   }
 }
 
-TEST_F(AttributeHandlerTest, TypeFlavorPropagatedAndArraySize) {
+TEST_F(AttributeHandlerTest, TypePropagatedAndArraySize) {
   TAttributes attributes = {{"type", "uint8"}, {"paramtype", "string"}, {"bad", "x"}};
   TCIMType type(kCIMTypeBoolean);
   auto it = attributes.find("paramtype");
@@ -62,23 +62,6 @@ TEST_F(AttributeHandlerTest, TypeFlavorPropagatedAndArraySize) {
   TAttributes bad = {{"type", "uint7"}};
   it = bad.begin();
   EXPECT_EQ(StatusOf([&] { parser.HandleCIMType(it, &type); }), kORVStatusInvalidTypeName);
-
-  const struct {
-    const char *name, *value;
-    std::uint32_t before;
-    bool taken;
-    std::uint32_t after;
-  } flavors[] = {{"tosubclass", "false", 7, true, 5},    {"tosubclass", "true", 0, true, 2},
-                 {"overridable", "true", 6, true, 7},    {"overridable", "FALSE", 3, true, 2},
-                 {"translatable", " true ", 0, true, 4}, {"translatable", "no", 7, true, 3},
-                 {"flavor", "true", 3, false, 3},        {"tosubclasses", "false", 3, false, 3}};
-  for (const auto &c : flavors) {
-    TAttributes one = {{c.name, c.value}};
-    it = one.begin();
-    auto flavor = static_cast<ICIMQualifierDecl::EFlavor>(c.before);
-    EXPECT_EQ(c.taken, parser.HandleQualifierFlavor(it, &flavor)) << c.name << "=" << c.value;
-    EXPECT_EQ(c.after, static_cast<std::uint32_t>(flavor)) << c.name << "=" << c.value;
-  }
 
   // Only the lower-case word, after leading blanks, is true.
   const std::pair<const char *, bool> propagated[] = {
