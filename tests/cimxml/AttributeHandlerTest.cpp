@@ -23,33 +23,6 @@ protected:
   char document[7] = "<cim/>";
 };
 
-// Each string handler takes only its own name, whole, and stores the value
-// as written; every other entry leaves the output alone.
-TEST_F(AttributeHandlerTest, StringHandlersTakeOnlyTheirName) {
-  using THandler = bool (TCIMXMLParser::*)(TAttributes::iterator &, std::string *);
-  const std::pair<const char *, THandler> handlers[] = {
-      {"name", &TCIMXMLParser::HandleCIMName},
-      {"classname", &TCIMXMLParser::HandleClassName},
-      {"classorigin", &TCIMXMLParser::HandleClassOrigin},
-      {"referenceclass", &TCIMXMLParser::HandleReferenceClass},
-      {"superclass", &TCIMXMLParser::HandleSuperClass}};
-  for (const auto &h : handlers) {
-    TAttributes attributes = {{h.first, " V &amp; "}};
-    for (const char *other : {"names", "nam", "NAME", "type", "class", "superclasses", ""})
-      attributes.insert({other, "other"});
-    for (auto it = attributes.begin(); it != attributes.end(); ++it) {
-      std::string out = "untouched";
-      const bool taken = (parser.*h.second)(it, &out);
-      EXPECT_EQ(it->first == h.first, taken) << h.first << " " << it->first;
-      EXPECT_EQ(taken ? " V &amp; " : "untouched", out) << h.first << " " << it->first;
-    }
-    // The entry's own value as output stays what it is.
-    auto own = attributes.find(h.first);
-    EXPECT_TRUE((parser.*h.second)(own, &own->second));
-    EXPECT_EQ(" V &amp; ", own->second);
-  }
-}
-
 TEST_F(AttributeHandlerTest, TypePropagatedAndArraySize) {
   TAttributes attributes = {{"type", "uint8"}, {"paramtype", "string"}, {"bad", "x"}};
   TCIMType type(kCIMTypeBoolean);

@@ -123,16 +123,5 @@ TEST_F(MessageStatesTest, Shapes) {
       });
 }
 
-// A message and declarations may stand side by side under the root.
-TEST_F(MessageStatesTest, MessageBesideDeclarations) {
-  Check({{"<CIM>" + Message(Call("CreateInstance", Param("NewInstance", Instance("d1")))) +
-              "<DECLARATION><DECLGROUP><VALUE.OBJECT>" + Instance("d2") +
-              "</VALUE.OBJECT></DECLGROUP></DECLARATION></CIM>",
-          {},
-          "instance of T_Disk { Name = \"d1\"; }; instance of T_Disk { Name = \"d2\"; };",
-          "| T_Disk"}},
-        {kSchema});
-}
-
 } // namespace
 } // namespace orvtest

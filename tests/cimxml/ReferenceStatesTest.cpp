@@ -141,40 +141,5 @@ TEST_F(ReferenceStatesTest, ReferencesAndInstanceNames) {
   }
 }
 
-// References and paths inside declaration groups, in instances and class
-// defaults.
-TEST_F(ReferenceStatesTest, ReferencesInADocument) {
-  const std::string remote = "<NAMESPACEPATH><HOST>h</HOST>" + Local("root") + "</NAMESPACEPATH>";
-  Check(
-      {{"<CIM><DECLARATION><DECLGROUP><LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/>"
-        "</LOCALNAMESPACEPATH><VALUE.OBJECT><INSTANCE CLASSNAME=\"T_Disk\"><PROPERTY "
-        "NAME=\"Name\" TYPE=\"string\"><VALUE>d1</VALUE></PROPERTY></INSTANCE></VALUE.OBJECT>"
-        "</DECLGROUP><DECLGROUP.WITHNAME>" +
-            remote +
-            "<VALUE.NAMEDOBJECT><INSTANCENAME CLASSNAME=\"T_Link\"/><INSTANCE "
-            "CLASSNAME=\"T_Link\"><PROPERTY.REFERENCE NAME=\"Disk\"><VALUE.REFERENCE>" +
-            kDisk +
-            "</VALUE.REFERENCE></PROPERTY.REFERENCE></INSTANCE></VALUE.NAMEDOBJECT>"
-            "<VALUE.NAMEDOBJECT><CLASS NAME=\"T_Ref\"><PROPERTY.REFERENCE NAME=\"Default\" "
-            "REFERENCECLASS=\"T_Disk\"><VALUE.REFERENCE>" +
-            kDisk +
-            "</VALUE.REFERENCE></PROPERTY.REFERENCE></CLASS></VALUE.NAMEDOBJECT>"
-            "</DECLGROUP.WITHNAME><DECLGROUP.WITHPATH><VALUE.OBJECTWITHLOCALPATH>"
-            "<LOCALINSTANCEPATH>" +
-            Local("root") + Named("T_Pair", "<KEYVALUE>4</KEYVALUE>") +
-            "</LOCALINSTANCEPATH><INSTANCE CLASSNAME=\"T_Pair\"><PROPERTY NAME=\"Id\" "
-            "TYPE=\"uint16\"><VALUE>4</VALUE></PROPERTY></INSTANCE></VALUE.OBJECTWITHLOCALPATH>"
-            "<VALUE.OBJECTWITHPATH><CLASSPATH>" +
-            remote +
-            "<CLASSNAME NAME=\"T_Path\"/></CLASSPATH><CLASS NAME=\"T_Path\"/>"
-            "</VALUE.OBJECTWITHPATH></DECLGROUP.WITHPATH></DECLARATION></CIM>",
-        {},
-        "class T_Ref { T_Disk REF Default = \"root/test:T_Disk.Name=\\\"d1\\\"\"; }; class T_Path "
-        "{ }; instance of T_Disk { Name = \"d1\"; }; instance of T_Link { Disk = "
-        "\"root/test:T_Disk.Name=\\\"d1\\\"\"; }; instance of T_Pair { Id = 4; };",
-        "T_Ref T_Path | T_Disk T_Link T_Pair"}},
-      {Schema()});
-}
-
 } // namespace
 } // namespace orvtest

@@ -13,18 +13,9 @@
 #  6. move the installed tree and run the tool there without FILE.
 cmake_minimum_required(VERSION 3.25)
 
-foreach(var ORV_BUILD_DIR ORV_WORK_DIR ORV_INSTALL_LIBDIR ORV_CONSUMER_DIR
-            ORV_CONSUMER_SOURCE ORV_EXAMPLES_DIR ORV_GENERATOR ORV_CXX_COMPILER)
-  if(NOT DEFINED ${var} OR "${${var}}" STREQUAL "")
-    message(FATAL_ERROR "RunConsumer.cmake: ${var} is not set")
-  endif()
-endforeach()
 if(NOT ORV_PKG_CONFIG)
   message(FATAL_ERROR "pkg-config was not found when the build was configured; "
                       "install pkgconf and configure again")
-endif()
-if(NOT EXISTS "${ORV_CONSUMER_SOURCE}")
-  message(FATAL_ERROR "The consumer's source ${ORV_CONSUMER_SOURCE} is missing")
 endif()
 
 set(prefix ${ORV_WORK_DIR}/prefix)
@@ -49,13 +40,7 @@ function(orv_step name)
   execute_process(COMMAND ${arg_COMMAND}
                   RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT status STREQUAL "0")
-    set(shown "")
-    foreach(word IN LISTS arg_COMMAND)
-      if(word MATCHES " ")
-        set(word "'${word}'")
-      endif()
-      string(APPEND shown " ${word}")
-    endforeach()
+    list(JOIN arg_COMMAND " " shown)
     message(FATAL_ERROR "Step '${name}' failed (${status}):\n ${shown}\n"
                         "--- standard output ---\n${out}\n--- standard error ---\n${err}")
   endif()
@@ -87,14 +72,7 @@ if(NOT pcIncludes)
 endif()
 
 file(GLOB_RECURSE headers RELATIVE ${prefix}/include/orv ${prefix}/include/orv/*.h)
-# The headers a program starts from are there; the object model's classes
-# and the parse states are the libraries' own and are not.
-foreach(header core_api/CIMInterfaces.h cimxml/CIMXMLParser.h populate/NamespacePopulator.h
-               xml/XmlParser.h)
-  if(NOT header IN_LIST headers)
-    message(FATAL_ERROR "${header} was not installed; the headers installed: ${headers}")
-  endif()
-endforeach()
+# The object model's classes and the parse states are the libraries' own.
 set(internalHeaders ${headers})
 list(FILTER internalHeaders INCLUDE REGEX "^(core|cimxml/states)/")
 if(internalHeaders)
@@ -173,8 +151,8 @@ if(ORV_CHECK_TOOL)
   endif()
 
   # 6. Without FILE it loads the example installed with it, and still does
-  # once the whole tree has been moved. With that example gone it fails,
-  # naming where it looked: in the moved tree, never the source tree.
+  # once the whole tree has been moved: it looks relative to itself, never
+  # in the source tree.
   file(REAL_PATH ${ORV_WORK_DIR} workDir)
   set(moved ${workDir}/moved-prefix)
   file(RENAME ${prefix} ${moved})
@@ -182,14 +160,6 @@ if(ORV_CHECK_TOOL)
   orv_step("run the moved cimxml without FILE" OUTPUT out COMMAND ${moved}/bin/cimxml --quiet)
   if(NOT out STREQUAL "${movedExamples}/schema.xml: 6 classes, 0 instances\n")
     message(FATAL_ERROR "The moved cimxml, given no FILE, printed:\n${out}")
-  endif()
-  file(REMOVE ${movedExamples}/schema.xml)
-  execute_process(COMMAND ${moved}/bin/cimxml --quiet
-                  RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
-  set(expected "cimxml: no FILE given and the bundled example was not found in ${movedExamples}\n")
-  if(NOT status STREQUAL "1" OR NOT out STREQUAL "" OR NOT err STREQUAL expected)
-    message(FATAL_ERROR "Without its example the moved cimxml exited ${status}, printed:\n"
-                        "${out}\n--- standard error ---\n${err}\nexpected status 1 and:\n${expected}")
   endif()
 endif()
 
