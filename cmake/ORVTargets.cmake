@@ -7,3 +7,23 @@ function(orv_set_warnings target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
 endfunction()
+
+# One of our shared libraries: orv_add_library(NAME BUILDING_MACRO
+# PUBLIC_HEADERS header... SOURCES source...). It is built with the macro that marks
+# its own exports, carries the SONAME of the major version, and installs its
+# public headers below include/orv in their own directories, as they are
+# included.
+function(orv_add_library name buildingMacro)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "PUBLIC_HEADERS;SOURCES")
+  add_library(${name} SHARED ${arg_SOURCES})
+  add_library(ORV::${name} ALIAS ${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orv>)
+  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
+                 FILES ${arg_PUBLIC_HEADERS})
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION}
+                        SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_compile_definitions(${name} PRIVATE ${buildingMacro})
+  orv_set_warnings(${name})
+endfunction()
