@@ -7,15 +7,11 @@ namespace {
 
 using PropertyStatesTest = TParserFixture;
 
-std::string Declared(const std::string &properties) {
-  return Objects({"<CLASS NAME=\"C\">" + properties + "</CLASS>"});
-}
-
 TEST_F(PropertyStatesTest, DeclarationsTakeTheirDefaultFromTheValueOrTheKind) {
   Check({
       // The last value wins, qualifiers may stand between; the origin and
       // propagation attributes change nothing.
-      {Declared("<PROPERTY NAME=\"p\" TYPE=\"string\" CLASSORIGIN=\"X\" PROPAGATED=\"true\">"
+      {InClassC("<PROPERTY NAME=\"p\" TYPE=\"string\" CLASSORIGIN=\"X\" PROPAGATED=\"true\">"
                 "<VALUE>1</VALUE><QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE>"
                 "</QUALIFIER><VALUE>2</VALUE></PROPERTY><PROPERTY.ARRAY NAME=\"a\" TYPE=\"uint8\" "
                 "ARRAYSIZE=\"4\"/><PROPERTY.ARRAY NAME=\"b\" TYPE=\"sint16\"><VALUE.ARRAY><VALUE>1"
@@ -24,13 +20,13 @@ TEST_F(PropertyStatesTest, DeclarationsTakeTheirDefaultFromTheValueOrTheKind) {
        {},
        "class C { [Key] string p = \"2\"; uint8 a[4]; sint16 b[] = {1}; C REF r; object REF s; };"},
       // Without TYPE the qualifier's value is read untyped: no value.
-      {Declared("<PROPERTY NAME=\"p\" TYPE=\"string\"><QUALIFIER NAME=\"Key\"><VALUE>true"
+      {InClassC("<PROPERTY NAME=\"p\" TYPE=\"string\"><QUALIFIER NAME=\"Key\"><VALUE>true"
                 "</VALUE></QUALIFIER></PROPERTY>"),
        {},
        "class C { [Key(NULL)] string p; };"},
       // Each kind takes only its own value child; the refused child's end tag
       // ends the property, which still gets its default.
-      {Declared("<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\"><VALUE/></PROPERTY.ARRAY>"),
+      {InClassC("<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\"><VALUE/></PROPERTY.ARRAY>"),
        {Err("Unexpected element value")},
        "class C { uint8 p[]; };"},
   });

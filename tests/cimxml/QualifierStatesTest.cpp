@@ -6,38 +6,34 @@ namespace {
 
 using QualifierStatesTest = TParserFixture;
 
-std::string Qualified(const std::string &qualifiers) {
-  return Objects({"<CLASS NAME=\"C\">" + qualifiers + "</CLASS>"});
-}
-
 TEST_F(QualifierStatesTest, Qualifiers) {
   Check({
       // Read as the TYPE attribute; without a value, a null of the declared
       // type; propagated ones are read but not attached; the last value wins;
       // text between elements is not part of a value.
-      {Qualified("<QUALIFIER NAME=\"Description\" TYPE=\"string\">\n stray <VALUE.ARRAY><VALUE>x"
-                 "</VALUE></VALUE.ARRAY><VALUE> fish &amp; chips </VALUE></QUALIFIER><QUALIFIER "
-                 "NAME=\"MaxValue\" TYPE=\"sint64\" PROPAGATED=\"false\"><VALUE>-12</VALUE>"
-                 "</QUALIFIER><QUALIFIER NAME=\"Key\" TYPE=\"string\"/><QUALIFIER NAME=\"In\" "
-                 "TYPE=\"boolean\" PROPAGATED=\"true\"><VALUE>false</VALUE></QUALIFIER>"
-                 "<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>\n<VALUE>0</VALUE>\n"
-                 "<VALUE>..</VALUE></VALUE.ARRAY></QUALIFIER>"),
+      {InClassC("<QUALIFIER NAME=\"Description\" TYPE=\"string\">\n stray <VALUE.ARRAY><VALUE>x"
+                "</VALUE></VALUE.ARRAY><VALUE> fish &amp; chips </VALUE></QUALIFIER><QUALIFIER "
+                "NAME=\"MaxValue\" TYPE=\"sint64\" PROPAGATED=\"false\"><VALUE>-12</VALUE>"
+                "</QUALIFIER><QUALIFIER NAME=\"Key\" TYPE=\"string\"/><QUALIFIER NAME=\"In\" "
+                "TYPE=\"boolean\" PROPAGATED=\"true\"><VALUE>false</VALUE></QUALIFIER>"
+                "<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>\n<VALUE>0</VALUE>\n"
+                "<VALUE>..</VALUE></VALUE.ARRAY></QUALIFIER>"),
        {},
        "[Description(\" fish & chips \"), MaxValue(-12), Key(NULL), ValueMap {\"0\", \"..\"}] "
        "class C { };"},
       // A value enters no child: the child's end tag ends the value with the
       // text read so far, and the value's own end tag then ends its parent.
-      {Qualified("<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>before<B/>after</VALUE>"
-                 "</QUALIFIER>"),
+      {InClassC("<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>before<B/>after</VALUE>"
+                "</QUALIFIER>"),
        {},
        "[Description(\"before\")] class C { };"},
-      {Qualified("<QUALIFIER NAME=\"Colour\" TYPE=\"string\"><VALUE>red</VALUE></QUALIFIER>"
-                 "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER>"),
+      {InClassC("<QUALIFIER NAME=\"Colour\" TYPE=\"string\"><VALUE>red</VALUE></QUALIFIER>"
+                "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER>"),
        {"TCIMXMLParser: Couldn't find qualifier Colour", Ended(kORVStatusQualifierNotDeclared)},
        "[Description(\"d\")] class C { };"},
       // The refused child's end tag ends the qualifier, which is attached.
-      {Qualified("<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE.ARRAY/>"
-                 "</VALUE.ARRAY></QUALIFIER>"),
+      {InClassC("<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE.ARRAY/>"
+                "</VALUE.ARRAY></QUALIFIER>"),
        {Err("Unexpected element value.array")},
        "[ValueMap {}] class C { };"},
   });
@@ -53,9 +49,9 @@ TEST_F(QualifierStatesTest, FlavorAttributes) {
       {" OVERRIDABLE=\"TRUE\"", 2}};
   for (const auto &c : cases) {
     Reset();
-    const TResult result = Parse(Qualified(std::string("<QUALIFIER NAME=\"Description\" "
-                                                       "TYPE=\"string\"") +
-                                           c.first + "/>"));
+    const TResult result = Parse(InClassC(std::string("<QUALIFIER NAME=\"Description\" "
+                                                      "TYPE=\"string\"") +
+                                          c.first + "/>"));
     ASSERT_EQ(result.classes.size(), 1u);
     EXPECT_EQ(result.classes[0]->GetQualifier("Description")->GetFlavor(), c.second) << c.first;
   }

@@ -193,6 +193,11 @@ inline std::string Objects(const std::vector<std::string> &objects) {
   return InDeclGroup(body);
 }
 
+/// A class C with the members (and qualifiers) given, in a declaration group.
+inline std::string InClassC(const std::string &members) {
+  return Objects({"<CLASS NAME=\"C\">" + members + "</CLASS>"});
+}
+
 /// The qualifiers that the test documents use.
 inline std::string QualifierDeclarations() {
   return InDeclGroup(
