@@ -35,8 +35,7 @@ protected:
     return instance;
   }
 
-  boost::shared_ptr<ICIMClass> base = Class("Base");
-  boost::shared_ptr<ICIMClass> device;
+  boost::shared_ptr<ICIMClass> base = Class("Base"), device;
 };
 
 TEST_F(CIMInstanceTest, PropertiesStartAtTheirDefaultsAndAreChecked) {
@@ -69,12 +68,12 @@ TEST_F(CIMInstanceTest, PropertiesStartAtTheirDefaultsAndAreChecked) {
 // and lists it in the order of the commits, also among subclasses.
 TEST_F(CIMInstanceTest, CommitRegistersInOrderByPathAndRefusesDuplicates) {
   auto first = Device("disk", 1), plain = Named(*base, "b1"), second = Device("disk", 2);
-  plain->Commit();
-  first->Commit();
-  second->Commit();
+  for (const auto &instance : {plain, first, second})
+    instance->Commit();
   using TList = std::vector<boost::shared_ptr<ICIMInstance>>;
   EXPECT_EQ(ns->GetInstances("base", false), TList{plain});
   EXPECT_EQ(ns->GetInstances("Base", true), (TList{plain, first, second}));
+  EXPECT_EQ(ns->GetInstances("", false), (TList{plain, first, second}));
   EXPECT_EQ(device->GetInstances(), (TList{first, second}));
   EXPECT_EQ(StatusOf([&] { Device("disk", 1)->Commit(); }), kORVStatusAlreadyExists);
   EXPECT_EQ(StatusOf([&] { first->Commit(); }), kORVStatusAlreadyCommitted);
@@ -116,12 +115,12 @@ TEST_F(CIMInstanceTest, PathsComeFromInheritedKeysOrAreSharedWithoutKeys) {
   Property(*keyless, "Value", Uint32(0));
   keyless->Commit();
   EXPECT_EQ(StatusOf([&] { ns->GetInstance(Path("Setting")); }), kORVStatusNoSuchInstance);
-  auto first = keyless->CreateInstance();
-  first->Commit();
-  keyless->CreateInstance()->Commit();
+  auto first = keyless->CreateInstance(), second = keyless->CreateInstance();
+  for (const auto &instance : {first, second})
+    instance->Commit();
+  EXPECT_EQ(second->GetPath(), first->GetPath());
+  EXPECT_EQ(ns->GetInstance(Path("Setting")), first);
   EXPECT_EQ(keyless->GetInstances().size(), 2u);
-  EXPECT_EQ(first->GetPath().ToString(), "root/test:Setting");
-  EXPECT_EQ(ns->GetInstance(first->GetPath()), first);
   EXPECT_EQ(StatusOf([&] { ns->DeleteClass("Setting"); }), kORVStatusClassHasInstances);
 }
 

@@ -16,7 +16,7 @@ TEST_F(CIMNamespaceTest, LookUpsThrowTheStatusTheLoaderRelieson) {
       {[&] { ns->CreateClass("cim_thing", nullptr); }, kORVStatusAlreadyExists},
       {[&] { ns->CreateClass("", nullptr); }, kORVStatusInvalidArgument},
       {[&] { ns->GetQualifierDecl("Nonsense"); }, kORVStatusQualifierNotDeclared},
-      {[&] { ns->CreateQualifierDecl("KEY", TCIMValue(true), 8, 2); }, kORVStatusSchemaLookup},
+      {[&] { ns->CreateQualifierDecl("KEY", Uint32(1), 8, 2); }, kORVStatusSchemaLookup},
       {[&] { ns->DeleteQualifierDecl("Nonsense"); }, kORVStatusQualifierNotDeclared},
       {[&] { ns->DeleteClass("CIM_Missing"); }, kORVStatusSchemaLookup},
       {[&] { ns->GetInstances("CIM_Missing", false); }, kORVStatusSchemaLookup},
@@ -34,22 +34,19 @@ TEST_F(CIMNamespaceTest, LookUpsThrowTheStatusTheLoaderRelieson) {
 
 TEST_F(CIMNamespaceTest, ClassesAndSubclassesInDefinitionOrder) {
   // Root <- A <- A1, Root <- B <- B1, A <- A2 defined interleaved.
-  const std::vector<std::pair<const char *, const char *>> defined = {
-      {"Root", ""}, {"A", "Root"}, {"B", "Root"}, {"B1", "B"},
-      {"A1", "A"},  {"A2", "A"},   {"Other", ""}};
+  const char *const defined[][2] = {{"Root", ""}, {"A", "Root"}, {"B", "Root"}, {"B1", "B"},
+                                    {"A1", "A"},  {"A2", "A"},   {"Other", ""}};
   for (const auto &entry : defined)
-    Class(entry.first, entry.second)->Commit();
+    Class(entry[0], entry[1])->Commit();
   EXPECT_EQ(ns->GetSubclassNames("root", false), (TNames{"A", "B"}));
   EXPECT_EQ(ns->GetSubclassNames("Root", true), (TNames{"A", "B", "B1", "A1", "A2"}));
   EXPECT_EQ(ns->GetSubclassNames("", false), (TNames{"Root", "Other"}));
 
   EXPECT_EQ(StatusOf([&] { ns->DeleteClass("A"); }), kORVStatusClassHasInstances);
-  ns->DeleteClass("a1");
-  ns->DeleteClass("A2");
-  ns->DeleteClass("A");
+  for (const char *name : {"a1", "A2", "A"})
+    ns->DeleteClass(name);
   EXPECT_EQ(ns->GetSubclassNames("Root", true), (TNames{"B", "B1"}));
-  // The name is free again.
-  EXPECT_TRUE(Class("a", "Root"));
+  EXPECT_TRUE(Class("a", "Root")) << "the name is free again";
 }
 
 TEST_F(CIMNamespaceTest, DeepChainOutlivesItsNamespaceWhileHeldAndIsReleased) {
