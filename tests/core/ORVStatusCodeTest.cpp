@@ -8,16 +8,13 @@ namespace orvtest {
 namespace {
 
 TEST(ORVStatusCodeTest, EveryCodeHasItsOwnText) {
-  const std::string unknown =
-      TORVStatusCode(static_cast<EORVStatusCode>(999)).TranslateStatusCode();
-  EXPECT_EQ(unknown, "Unknown status code");
-  std::set<std::string> texts{unknown};
+  std::set<std::string> texts{"Unknown status code"};
+  EXPECT_EQ(TORVStatusCode(static_cast<EORVStatusCode>(999)).TranslateStatusCode(), *texts.begin());
   for (int value : {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
                     16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 36}) {
-    const auto code = static_cast<EORVStatusCode>(value);
-    EXPECT_TRUE(texts.insert(TORVStatusCode(code).TranslateStatusCode()).second) << value;
-    EXPECT_EQ(TORVException(TORVStatusCode(code)).what(),
-              TORVStatusCode(code).TranslateStatusCode());
+    const TORVStatusCode code(static_cast<EORVStatusCode>(value));
+    EXPECT_TRUE(texts.insert(code.TranslateStatusCode()).second) << value;
+    EXPECT_EQ(TORVException(code).what(), code.TranslateStatusCode());
   }
   // The default exception is the one of an emptied state stack.
   EXPECT_EQ(TORVException().GetStatusCode(), kORVStatusParserStateMissing);
