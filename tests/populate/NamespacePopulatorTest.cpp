@@ -190,5 +190,37 @@ TEST_F(NamespacePopulatorTest, OversizedDocumentIsCut) {
   EXPECT_EQ(std::vector<std::string>{Err("Unexpected character before element")}, logger.Texts());
 }
 
+// A parser used again after a parse that ended early (thrown, stack emptied,
+// stopped at a CDATA section) starts from its initial state; what it
+// collected before stays collected.
+TEST_F(NamespacePopulatorTest, ReusedParserStartsClean) {
+  const std::string classA = Objects({"<CLASS NAME=\"A\"/>"});
+  const struct {
+    std::string first;
+    EORVStatusCode status;
+    std::vector<std::string> collected;
+  } cases[] = {
+      {"<CIM><foo/><bar/></CIM>", kORVStatusParserStateMissing, {"B"}},
+      {classA.substr(0, classA.size() - 20), kORVStatusInvalidDocument, {"A", "B"}},
+      {"<CIMX></CIMX>", kORVStatusOK, {"B"}},
+      {"<CIM><DECLARATION><![CDATA[x]]></DECLARATION></CIM>", kORVStatusOK, {"B"}},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.first);
+    ns = CreateCIMNamespace("root/test");
+    TCIMXMLParser parser(ns);
+    std::string first = c.first;
+    std::string second = Objects({"<CLASS NAME=\"B\"/>"});
+    EXPECT_EQ(c.status, StatusOf([&] { parser.Parse(&first[0]); }));
+    logger.entries.clear();
+    EXPECT_EQ(kORVStatusOK, StatusOf([&] { parser.Parse(&second[0]); }));
+    EXPECT_EQ(std::vector<std::string>{}, logger.Texts());
+    std::vector<std::string> names;
+    for (const auto &cls : parser.GetClassesCollected())
+      names.push_back(cls->GetName());
+    EXPECT_EQ(c.collected, names);
+  }
+}
+
 } // namespace
 } // namespace orvtest
