@@ -33,6 +33,13 @@ const std::uint32_t kCutDocumentSize = 104857600;
 /// (gzip, a pipe); it doubles from there.
 const std::size_t kFirstCapacity = 65536;
 
+/// Deflate rarely makes CIM-XML smaller than a sixth (a ninth at most in
+/// the DMTF schemas), so a gzip file's trailer is taken at its word up to
+/// this many times the file's size: an honest file gets its buffer in one
+/// allocation, as before, and a damaged one costs at most this multiple of
+/// its size before its data asks for more.
+const std::uint64_t kTrustedRatio = 16;
+
 /// The level of the loader's own error lines, that of the parser's.
 const int kErrorLevel = 3;
 
@@ -75,14 +82,15 @@ private:
 };
 
 /// Reads a source of unknown length, read(to, room) giving 0 at its end,
-/// into a buffer that doubles as it fills (the copies stay linear in the
-/// length) and never holds more than limit bytes. With cutBeyond, a source
-/// that still has a byte after limit is oversized and keeps only its first
-/// kCutDocumentSize bytes, as a file known to be that large does. Returns
-/// the length kept.
+/// into a buffer of first bytes that doubles as it fills (the copies stay
+/// linear in the length) and never holds more than limit bytes. With
+/// cutBeyond, a source that still has a byte after limit is oversized and
+/// keeps only its first kCutDocumentSize bytes, as a file known to be that
+/// large does. Returns the length kept.
 template <class TRead>
-std::size_t ReadGrowing(TDocument &document, std::size_t limit, bool cutBeyond, TRead read) {
-  document.Resize(std::min(limit, kFirstCapacity));
+std::size_t ReadGrowing(TDocument &document, std::size_t first, std::size_t limit, bool cutBeyond,
+                        TRead read) {
+  document.Resize(std::min(limit, std::max<std::size_t>(first, 1)));
   std::size_t length = 0;
   while (length < limit) {
     if (length == document.Capacity())
@@ -194,7 +202,7 @@ void ReadPlainFile(TDocument &document, TDescriptor &descriptor, std::uint64_t f
 /// A pipe has no size to go by: it is read to its end, and one that goes on
 /// past the limit is cut like a file of that size.
 void ReadPlainPipe(TDocument &document, const TDescriptor &descriptor) {
-  ReadGrowing(document, TCIMXMLParser::kMaxSpecificationDocumentSize, true,
+  ReadGrowing(document, kFirstCapacity, TCIMXMLParser::kMaxSpecificationDocumentSize, true,
               [&descriptor](char *to, std::size_t room) {
                 for (;;) {
                   const ssize_t got = ::read(descriptor.Get(), to, room);
@@ -246,12 +254,13 @@ TGzipFile OpenGzip(TDescriptor &descriptor) {
   return file;
 }
 
-/// Inflates up to limit bytes into a buffer grown as they come, so that a
-/// trailer claiming more than the file holds costs no more memory than the
-/// file yields. A broken stream, or nothing at all, fails.
-void Inflate(TDocument &document, const TGzipFile &file, std::size_t limit, bool cutBeyond) {
+/// Inflates up to limit bytes into a buffer grown as they come from first
+/// bytes, so that a trailer claiming more than the file holds costs no more
+/// memory than the file yields. A broken stream, or nothing at all, fails.
+void Inflate(TDocument &document, const TGzipFile &file, std::size_t first, std::size_t limit,
+             bool cutBeyond) {
   const std::size_t length =
-      ReadGrowing(document, limit, cutBeyond, [&file](char *to, std::size_t room) {
+      ReadGrowing(document, first, limit, cutBeyond, [&file](char *to, std::size_t room) {
         const int got = gzread(file.get(), to, static_cast<unsigned>(room));
         if (got < 0)
           Fail(kORVStatusGzipRead);
@@ -265,7 +274,9 @@ void Inflate(TDocument &document, const TGzipFile &file, std::size_t limit, bool
 /// reads short; a trailer beyond the limit reads only the cut size.
 void ReadGzipFile(TDocument &document, TDescriptor &descriptor, std::uint64_t fileSize) {
   const std::uint32_t size = CapSize(ReadGzipSize(descriptor, fileSize));
-  Inflate(document, OpenGzip(descriptor), size, false);
+  const std::uint64_t trusted = std::max<std::uint64_t>(kFirstCapacity, fileSize * kTrustedRatio);
+  Inflate(document, OpenGzip(descriptor),
+          static_cast<std::size_t>(std::min<std::uint64_t>(size, trusted)), size, false);
 }
 
 /// A pipe cannot be searched for its trailer: its magic is checked as it
@@ -279,7 +290,7 @@ void ReadGzipPipe(TDocument &document, TDescriptor &descriptor) {
     char magic[2];
     Fail(gzread(file.get(), magic, sizeof magic) == 2 ? kORVStatusNotGzip : kORVStatusFileAccess);
   }
-  Inflate(document, file, TCIMXMLParser::kMaxSpecificationDocumentSize, true);
+  Inflate(document, file, kFirstCapacity, TCIMXMLParser::kMaxSpecificationDocumentSize, true);
 }
 
 void ReadDocument(TDocument &document, const std::string &fileName, bool gzip) {
