@@ -66,7 +66,23 @@ TCIMXMLParser &TCIMXMLParser::operator=(const TCIMXMLParser &other) {
   instancesCollected = other.instancesCollected;
   characterData = other.characterData;
   qn402Mode = other.qn402Mode;
+  parseUnfinished = other.parseUnfinished;
   return *this;
+}
+
+// A parse that ended early leaves the states of the elements it had open on
+// the stack, or an emptied stack; the next document would start inside them
+// and fail (status 3). A complete document ends with the initial state alone,
+// which the next one starts from as it is.
+void TCIMXMLParser::Parse(char *buffer) {
+  if (parseUnfinished) {
+    stateStack.clear();
+    stateStack.push_back(boost::make_shared<TStateStart>());
+    characterData.clear();
+  }
+  parseUnfinished = true;
+  TXmlParser::Parse(buffer);
+  parseUnfinished = stateStack.size() != 1;
 }
 
 // Members go in reverse order: the text, the results, the namespace link and

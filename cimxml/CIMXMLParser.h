@@ -104,6 +104,13 @@ public:
   TCIMXMLParser &operator=(const TCIMXMLParser &other);
   ~TCIMXMLParser() override;
 
+  /// Tokenizes the buffer as TXmlParser::Parse does. A parser whose last
+  /// parse did not end with the document complete (it threw, or stopped
+  /// with elements open or its stack emptied) first drops what that parse
+  /// left and starts from the initial state again; the classes and
+  /// instances collected so far stay.
+  void Parse(char *buffer);
+
   /// Folds the name to lower case and hands it to the top state. A
   /// TORVException raised there is contained; statuses 36 and 8 become the
   /// marker entries of the attribute map.
@@ -159,6 +166,8 @@ private:
   std::vector<boost::shared_ptr<ICIMInstance>> instancesCollected;
   std::string characterData;
   bool qn402Mode;
+  /// Set while a parse runs, and after one that ended early.
+  bool parseUnfinished = false;
 
   /// Element names are folded into this buffer, reused from element to
   /// element, so that a name costs no allocation once the buffer is long

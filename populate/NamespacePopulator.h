@@ -13,20 +13,26 @@
 
 namespace NVRNORV20 {
 
-/// Reads a whole document into memory and runs one CIM-XML parser over it.
-/// A name containing ".gz" is read as gzip (its magic and trailer checked
-/// first); any other as plain text. A document larger than
+/// Reads a whole document, a regular file or a pipe, into memory and runs
+/// one CIM-XML parser over it. A name containing ".gz" is read as gzip (a
+/// file's magic and trailer checked first, a pipe's magic as it comes); any
+/// other as plain text. A pipe is read to its end; a FIFO without a writer
+/// reads as empty at once. A document larger than
 /// TCIMXMLParser::kMaxSpecificationDocumentSize is not refused: only its
-/// first 104857600 bytes are read.
+/// first 104857600 bytes are read. Memory for gzip and pipes grows with the
+/// bytes that arrive. No global state is touched: calls on different
+/// threads into different namespaces are independent.
 ///
 /// Every failure leaves as TORVException, after the core logger got
 /// "Previous error was while parsing file '<name>'" at level 0: 10 for an
 /// empty namespace pointer, before the file is looked at; 11 when the
-/// file cannot be examined, opened or read, 29 for a gzip name without the
-/// gzip magic, 30 when decompression yields nothing, 4 when memory runs out,
-/// and the parser's own statuses (9 for a document that is not CIM-XML).
-/// Elements that the parser rejects are logged and skipped; they do not fail
-/// the call. What the parse added to the namespace before a failure stays.
+/// file cannot be examined, opened or read, or is neither a regular file
+/// nor a pipe (with a line of its own at level 3), 29 for a gzip name
+/// without the gzip magic, 30 when decompression fails or yields nothing,
+/// 4 when memory runs out, and the parser's own statuses (9 for a document
+/// that is not CIM-XML). Elements that the parser rejects are logged and
+/// skipped; they do not fail the call. What the parse added to the
+/// namespace before a failure stays.
 class ORVCIMXML_API TNamespacePopulator {
 public:
   TNamespacePopulator() = default;

@@ -3,7 +3,8 @@
 # UndefinedBehaviorSanitizer, warnings as errors; lint with clang-format and
 # clang-tidy; run both fuzz targets
 # briefly on their seeds; run the cimxml tool under valgrind on the
-# examples; then run the whole suite.
+# examples; run the loader's tests, loads from several threads among them,
+# under ThreadSanitizer; then run the whole suite.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -20,6 +21,8 @@ export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 FUZZ_SECONDS="${FUZZ_SECONDS:-20}" bash scripts/fuzz-smoke.sh
 
 bash scripts/valgrind-check.sh
+
+bash scripts/tsan-check.sh
 
 cd build/test
 ctest --output-on-failure -j2
