@@ -81,6 +81,7 @@ public:
   class TStateKeyBinding;
   class TStateKeyValue;
   class TStateValueReference;
+  class TStateDropped;
   // Operation messages:
   class TStateMessage;
   class TStateMultiReq;

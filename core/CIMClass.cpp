@@ -30,10 +30,38 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::GetLayout() {
   return layout ? layout : BuildLayout();
 }
 
+std::vector<TCIMClass *> TCIMClass::UncommittedChain(ICIMClass *&above) {
+  std::vector<TCIMClass *> chain{this};
+  above = superClass.get();
+  while (auto *ancestor = dynamic_cast<TCIMClass *>(above)) {
+    if (ancestor->committed)
+      break;
+    chain.push_back(ancestor);
+    above = ancestor->superClass.get();
+  }
+  return chain;
+}
+
 boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
+  // Ancestors not yet committed have no layout either: the chain of them is
+  // laid out from its top down, each on the one above, in a loop.
+  ICIMClass *above = nullptr;
+  const std::vector<TCIMClass *> chain = UncommittedChain(above);
+  boost::shared_ptr<const TPropertyLayout> built;
+  std::vector<boost::shared_ptr<ICIMPropertyDecl>> inherited;
+  if (above)
+    inherited = above->GetProperties();
+  for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls) {
+    built = (*cls)->LayOut(std::move(inherited));
+    inherited = built->properties;
+  }
+  return built;
+}
+
+boost::shared_ptr<const TPropertyLayout>
+TCIMClass::LayOut(std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties) const {
   boost::shared_ptr<TPropertyLayout> built(new TPropertyLayout);
-  if (superClass)
-    built->properties = superClass->GetProperties();
+  built->properties = std::move(properties);
   for (std::size_t i = 0; i < built->properties.size(); ++i)
     built->index.emplace(built->properties[i]->GetName(), i);
   for (const auto &property : localProperties.Items()) {
@@ -59,10 +87,20 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
 }
 
 std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
+  // As BuildLayout: the uncommitted chain above, from its top down.
+  ICIMClass *above = nullptr;
+  const std::vector<TCIMClass *> chain = UncommittedChain(above);
   std::vector<boost::shared_ptr<ICIMMethod>> built;
+  if (above)
+    built = above->GetMethods();
+  for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls)
+    built = (*cls)->ListMethods(std::move(built));
+  return built;
+}
+
+std::vector<boost::shared_ptr<ICIMMethod>>
+TCIMClass::ListMethods(std::vector<boost::shared_ptr<ICIMMethod>> built) const {
   TNameViewMap<std::size_t> positions;
-  if (superClass)
-    built = superClass->GetMethods();
   for (std::size_t i = 0; i < built.size(); ++i)
     positions.emplace(built[i]->GetName(), i);
   for (const auto &method : localMethods.Items()) {
@@ -77,17 +115,37 @@ std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
   return built;
 }
 
+// Each class asks its own ancestors in a loop: a chain of classes not yet
+// committed, which find members by asking upwards, may be of any length.
 boost::shared_ptr<ICIMPropertyDecl>
 TCIMClass::FindInherited(const std::string &propertyName) const {
-  if (!superClass || !superClass->HasProperty(propertyName))
-    return boost::shared_ptr<ICIMPropertyDecl>();
-  return superClass->GetProperty(propertyName);
+  for (ICIMClass *ancestor = superClass.get(); ancestor;) {
+    auto *own = dynamic_cast<TCIMClass *>(ancestor);
+    if (!own)
+      return ancestor->HasProperty(propertyName) ? ancestor->GetProperty(propertyName)
+                                                 : boost::shared_ptr<ICIMPropertyDecl>();
+    if (own->layout)
+      return own->FindProperty(propertyName);
+    if (boost::shared_ptr<TCIMPropertyDecl> declared = own->localProperties.Find(propertyName))
+      return declared;
+    ancestor = own->superClass.get();
+  }
+  return boost::shared_ptr<ICIMPropertyDecl>();
 }
 
 boost::shared_ptr<ICIMMethod> TCIMClass::FindInheritedMethod(const std::string &methodName) const {
-  if (!superClass || !superClass->HasMethod(methodName))
-    return boost::shared_ptr<ICIMMethod>();
-  return superClass->GetMethod(methodName);
+  for (ICIMClass *ancestor = superClass.get(); ancestor;) {
+    auto *own = dynamic_cast<TCIMClass *>(ancestor);
+    if (!own)
+      return ancestor->HasMethod(methodName) ? ancestor->GetMethod(methodName)
+                                             : boost::shared_ptr<ICIMMethod>();
+    if (own->committed)
+      return own->FindMethod(methodName);
+    if (boost::shared_ptr<TCIMMethod> declared = own->localMethods.Find(methodName))
+      return declared;
+    ancestor = own->superClass.get();
+  }
+  return boost::shared_ptr<ICIMMethod>();
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindProperty(const std::string &propertyName) {
@@ -159,8 +217,18 @@ const std::string &TCIMClass::GetSuperClassName(const TCIMOptions &) {
 }
 
 bool TCIMClass::IsAssociation(const TCIMOptions &) {
-  // Before Commit the superclass's qualifier is not propagated yet.
-  return qualifiers.IsTrue("ASSOCIATION") || (superClass && superClass->IsAssociation());
+  // Before Commit the superclass's qualifier is not propagated yet, so the
+  // ancestors are asked in turn, in a loop however long the chain.
+  for (TCIMClass *cls = this;;) {
+    if (cls->qualifiers.IsTrue("ASSOCIATION"))
+      return true;
+    ICIMClass *super = cls->superClass.get();
+    if (!super)
+      return false;
+    cls = dynamic_cast<TCIMClass *>(super);
+    if (!cls)
+      return super->IsAssociation(); // a class of another model answers for its chain
+  }
 }
 
 bool TCIMClass::IsSubclassOf(const std::string &className, const TCIMOptions &) {

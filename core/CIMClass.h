@@ -102,8 +102,17 @@ private:
   /// Own or inherited; empty when there is none.
   boost::shared_ptr<ICIMPropertyDecl> FindProperty(const std::string &propertyName);
   boost::shared_ptr<ICIMMethod> FindMethod(const std::string &methodName);
+  /// This class and its ancestors up to the first committed one (or one of
+  /// another model), which is left in above (null when there is none).
+  std::vector<TCIMClass *> UncommittedChain(ICIMClass *&above);
   boost::shared_ptr<const TPropertyLayout> BuildLayout();
+  /// The layout of this class on its superclass's properties.
+  boost::shared_ptr<const TPropertyLayout>
+  LayOut(std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties) const;
   std::vector<boost::shared_ptr<ICIMMethod>> BuildMethods();
+  /// This class's methods over its superclass's.
+  std::vector<boost::shared_ptr<ICIMMethod>>
+  ListMethods(std::vector<boost::shared_ptr<ICIMMethod>> built) const;
   void ThrowIfCommitted() const;
 
   boost::weak_ptr<ICIMNamespace> cimNamespace;

@@ -1,8 +1,11 @@
 #include "core/CIMNamespace.h"
 
+#include "core/CIMValueTree.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace NVRNORV20 {
@@ -13,19 +16,100 @@ namespace {
   throw TORVException(TORVStatusCode(code));
 }
 
-/// The text under which the registry files a keyed instance: the folded
-/// class name, then each key value as a MOF literal (which quotes and
-/// escapes strings, so values cannot run into each other).
-std::string PathKeyStart(const std::string &className) {
-  return FoldName(className);
+// The registry files a keyed instance under a text built from its folded
+// class name and its key values, part by part: each text is preceded by its
+// length and each list by its count, so no part can run into the next and
+// none is escaped again for the level that holds it. The key is thus as
+// long as the values. Two instances share a key exactly when their key
+// values would read the same in MOF: integers of any width and sign alike,
+// a string and a datetime of the same text alike, names inside references
+// in their own letter case, as the MOF text of a reference shows them.
+
+/// How a value is seen: as a key value of the instance (its MOF literal),
+/// as a key value inside a reference (bare or quoted in the path's text), or
+/// as an element of an array inside a reference (its own text).
+enum class ERegistryRole : std::uint8_t { kInstanceKey, kPathKey, kPathElement };
+
+void AppendCounted(std::string &key, char tag, std::string_view text) {
+  key += tag;
+  key += std::to_string(text.size());
+  key += ':';
+  key.append(text.data(), text.size());
+}
+
+void AppendCount(std::string &key, char tag, std::size_t count) {
+  key += tag;
+  key += std::to_string(count);
+  key += ':';
+}
+
+bool IsBarePathKey(ECIMType type) {
+  return type == kCIMTypeBoolean || (type >= kCIMTypeUint8 && type <= kCIMTypeReal64);
+}
+
+/// Appends the parts of one key value, nested references and arrays
+/// walked with a stack.
+void AppendRegistryValue(std::string &key, const TCIMValue &top) {
+  struct TPart {
+    const TCIMValue *value;
+    const TCIMReference *path;
+    std::string_view name;
+    ERegistryRole role;
+  };
+  std::vector<TPart> pending{{&top, nullptr, {}, ERegistryRole::kInstanceKey}};
+  while (!pending.empty()) {
+    const TPart part = pending.back();
+    pending.pop_back();
+    if (part.path != nullptr) {
+      const TCIMReference &path = *part.path;
+      AppendCounted(key, 'P', path.GetNamespaceName());
+      AppendCounted(key, 'c', path.GetClassName());
+      const auto &bindings = path.GetKeyBindings();
+      AppendCount(key, 'k', bindings.size());
+      for (std::size_t i = bindings.size(); i-- > 0;) {
+        pending.push_back({&bindings[i].second, nullptr, {}, ERegistryRole::kPathKey});
+        pending.push_back({nullptr, nullptr, bindings[i].first, ERegistryRole::kPathKey});
+      }
+      continue;
+    }
+    if (part.value == nullptr) {
+      AppendCounted(key, 'n', part.name);
+      continue;
+    }
+    const TCIMValue &value = *part.value;
+    if (const TCIMReference *path = TCIMValueTree::PathOf(value)) {
+      pending.push_back({nullptr, path, {}, part.role});
+    } else if (const std::vector<TCIMValue> *elements = TCIMValueTree::ElementsOf(value)) {
+      AppendCount(key, 'A', elements->size());
+      const ERegistryRole role = part.role == ERegistryRole::kInstanceKey
+                                     ? ERegistryRole::kInstanceKey
+                                     : ERegistryRole::kPathElement;
+      for (std::size_t i = elements->size(); i-- > 0;)
+        pending.push_back({&(*elements)[i], nullptr, {}, role});
+    } else if (part.role == ERegistryRole::kInstanceKey) {
+      // A scalar or null: its MOF literal, which no nesting can lengthen.
+      AppendCounted(key, 'M', value.ToMOF());
+    } else if (part.role == ERegistryRole::kPathKey && value.IsNull()) {
+      key += 'N'; // written as nothing, where an empty string is
+    } else if (part.role == ERegistryRole::kPathKey && IsBarePathKey(value.GetType())) {
+      AppendCounted(key, 'b', value.ToString());
+    } else {
+      AppendCounted(key, 'q', value.ToString());
+    }
+  }
 }
 
 void AppendPathKey(std::string &key, const TCIMValue &value) {
-  key += '\n';
-  key += value.ToMOF();
+  AppendRegistryValue(key, value);
 }
 
-/// The registry text of an instance's own key values; empty when its class
+std::string PathKeyStart(const std::string &className) {
+  std::string key;
+  AppendCounted(key, 'C', FoldName(className));
+  return key;
+}
+
+/// The registry key of an instance's own key values; empty when its class
 /// has no keys (such instances are not filed by path).
 std::string InstancePathKey(TCIMInstance &instance) {
   const auto keys = instance.GetKeyValues();

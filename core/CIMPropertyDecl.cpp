@@ -44,23 +44,46 @@ const std::string &TCIMPropertyDecl::GetName(const TCIMOptions &) {
   return name;
 }
 
+// Both follow the chain of overridden declarations, as long as the chain of
+// classes, in a loop.
 std::string TCIMPropertyDecl::GetReferenceClassName(const TCIMOptions &) {
-  if (GetType().GetElementType() != kCIMTypeReference)
-    return std::string();
-  if (boost::shared_ptr<ICIMClass> referenced = value.GetReferencedClass())
-    return referenced->GetName();
-  // A default given as a reference value names the class of the instance it
-  // points to, which is the reference's class or one derived from it.
-  if (!value.IsNull() && !value.IsArray())
-    return value.GetReference().GetClassName();
-  return overridden ? overridden->GetReferenceClassName() : std::string();
+  TCIMPropertyDecl *declaration = this;
+  TCIMType type = GetType();
+  for (;;) {
+    if (type.GetElementType() != kCIMTypeReference)
+      return std::string();
+    const TCIMValue &own = declaration->value;
+    if (boost::shared_ptr<ICIMClass> referenced = own.GetReferencedClass())
+      return referenced->GetName();
+    // A default given as a reference value names the class of the instance
+    // it points to, which is the reference's class or one derived from it.
+    if (!own.IsNull() && !own.IsArray())
+      return own.GetReference().GetClassName();
+    if (!declaration->overridden)
+      return std::string();
+    auto *next = dynamic_cast<TCIMPropertyDecl *>(declaration->overridden.get());
+    if (!next)
+      return declaration->overridden->GetReferenceClassName();
+    // An untyped declaration shows the type of the next typed one below it,
+    // as the untyped ones above it did.
+    if (next->value.GetType() != kCIMTypeNone)
+      type = next->value.GetType();
+    else if (own.GetType() != kCIMTypeNone)
+      type = next->GetType();
+    declaration = next;
+  }
 }
 
 TCIMType TCIMPropertyDecl::GetType(const TCIMOptions &) {
-  const TCIMType type = value.GetType();
-  if (type != kCIMTypeNone || !overridden)
-    return type;
-  return overridden->GetType();
+  for (TCIMPropertyDecl *declaration = this;;) {
+    const TCIMType type = declaration->value.GetType();
+    if (type != kCIMTypeNone || !declaration->overridden)
+      return type;
+    auto *next = dynamic_cast<TCIMPropertyDecl *>(declaration->overridden.get());
+    if (!next)
+      return declaration->overridden->GetType();
+    declaration = next;
+  }
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TCIMPropertyDecl::GetOverriddenProperty(const TCIMOptions &) {

@@ -1,6 +1,7 @@
 #include "core_api/CIMReference.h"
 
 #include "core/AsciiText.h"
+#include "core/CIMValueTree.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 
@@ -16,41 +17,6 @@ bool IsNameChar(char c) {
 
 [[noreturn]] void ThrowBadPath() {
   throw TORVException(kORVStatusInvalidValueText);
-}
-
-// Key values whose text could be mistaken for another type are quoted, with
-// backslash before a quote or a backslash.
-void AppendQuoted(std::string &out, const std::string &text) {
-  out += '"';
-  for (char c : text) {
-    if (c == '"' || c == '\\')
-      out += '\\';
-    out += c;
-  }
-  out += '"';
-}
-
-void AppendKeyValue(std::string &out, const TCIMValue &value) {
-  if (value.IsNull())
-    return;
-  switch (static_cast<ECIMType>(value.GetType())) {
-  case kCIMTypeBoolean:
-  case kCIMTypeUint8:
-  case kCIMTypeSint8:
-  case kCIMTypeUint16:
-  case kCIMTypeSint16:
-  case kCIMTypeUint32:
-  case kCIMTypeSint32:
-  case kCIMTypeUint64:
-  case kCIMTypeSint64:
-  case kCIMTypeReal32:
-  case kCIMTypeReal64:
-    out += value.ToString();
-    break;
-  default:
-    AppendQuoted(out, value.ToString());
-    break;
-  }
 }
 
 // Reads an unquoted key value: a boolean, a number, or nothing (null).
@@ -124,20 +90,12 @@ TCIMValue TCIMReference::GetKeyValue(const std::string &name) const {
 
 std::string TCIMReference::ToString() const {
   std::string out;
-  if (!namespaceName.empty()) {
-    out += namespaceName;
-    out += ':';
-  }
-  out += className;
-  char separator = '.';
-  for (const auto &binding : keys) {
-    out += separator;
-    separator = ',';
-    out += binding.first;
-    out += '=';
-    AppendKeyValue(out, binding.second);
-  }
+  TCIMValueTree::AppendText(out, *this);
   return out;
+}
+
+std::size_t TCIMReference::GetTextLength() const {
+  return TCIMValueTree::TextLength(*this);
 }
 
 TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
@@ -216,13 +174,7 @@ TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
 }
 
 bool TCIMReference::operator==(const TCIMReference &other) const {
-  if (!EqualsNoCase(className, other.className) ||
-      !EqualsNoCase(namespaceName, other.namespaceName) || keys.size() != other.keys.size())
-    return false;
-  for (std::size_t i = 0; i < keys.size(); ++i)
-    if (!EqualsNoCase(keys[i].first, other.keys[i].first) || keys[i].second != other.keys[i].second)
-      return false;
-  return true;
+  return TCIMValueTree::Equal(*this, other);
 }
 
 } // namespace NVRNORV20

@@ -1,5 +1,7 @@
 #include "core/CIMValue.h"
 
+#include "core/CIMValueTree.h"
+
 #include <boost/make_shared.hpp>
 
 #include <cmath>
@@ -319,34 +321,11 @@ boost::shared_ptr<ICIMClass> TCIMValue::GetReferencedClass() const {
 }
 
 bool TCIMValue::operator==(const TCIMValue &other) const {
-  if (type != other.type || null != other.null)
-    return false;
-  if (null)
-    return true;
-  if (IsArray())
-    return payload == other.payload || payload->elements == other.payload->elements;
-  switch (type) {
-  case kCIMTypeBoolean:
-    return scalar.boolean == other.scalar.boolean;
-  case kCIMTypeString:
-    return text == other.text;
-  case kCIMTypeReal32:
-  case kCIMTypeReal64:
-    // NaN equals NaN here, so that a value equals its own copy.
-    return scalar.realValue == other.scalar.realValue ||
-           (std::isnan(scalar.realValue) && std::isnan(other.scalar.realValue));
-  case kCIMTypeDateTime:
-    return dateTime == other.dateTime;
-  case kCIMTypeReference:
-    return payload == other.payload || payload->Reference() == other.payload->Reference();
-  case kCIMTypeSint8:
-  case kCIMTypeSint16:
-  case kCIMTypeSint32:
-  case kCIMTypeSint64:
-    return scalar.signedValue == other.scalar.signedValue;
-  default:
-    return scalar.unsignedValue == other.scalar.unsignedValue;
-  }
+  return TCIMValueTree::Equal(*this, other);
+}
+
+TCIMValue::TPayload::~TPayload() {
+  TCIMValueTree::ReleaseNested(*this);
 }
 
 } // namespace NVRNORV20

@@ -27,6 +27,11 @@ struct TCIMValue::TPayload {
       path = std::make_unique<TCIMReference>(*other.path);
   }
   TPayload &operator=(const TPayload &) = delete;
+  /// A key of the path may hold a reference that holds another, as deep as
+  /// a document nests them: what this payload alone holds is released in a
+  /// loop (TCIMValueTree::ReleaseNested), never by destructors nested as
+  /// deep.
+  ~TPayload();
 
   const TCIMReference &Reference() const {
     static const TCIMReference kNoPath;
@@ -41,6 +46,9 @@ struct TCIMValue::TPayload {
   std::unique_ptr<TCIMReference> path;
   std::vector<TCIMValue> elements;
   boost::weak_ptr<ICIMClass> referencedClass;
+  /// The next payload on the list that a release works through; empty
+  /// outside a release.
+  boost::shared_ptr<TPayload> nextReleased;
 };
 
 /// Every failure of a value operation is a TORVException with its status.

@@ -1,7 +1,9 @@
-#include "core_api/CIMValue.h"
+#include "core/CIMValue.h"
 
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace NVRNORV20 {
 
@@ -56,20 +58,38 @@ void AppendMOFQuoted(std::string &out, const std::string &text, char quote) {
 } // namespace
 
 std::string TCIMValue::ToMOF() const {
-  if (null)
-    return "NULL";
   std::string out;
-  if (IsArray()) {
-    out += '{';
-    bool first = true;
-    for (const auto &element : GetElements()) {
-      if (!first)
-        out += ", ";
-      first = false;
-      out += element.ToMOF();
+  // Arrays are written with a stack of those open, so that an array whose
+  // elements are arrays again (which only a program builds) costs no call
+  // frame per level.
+  std::vector<std::pair<const std::vector<TCIMValue> *, std::size_t>> open;
+  const TCIMValue *next = this;
+  for (;;) {
+    if (next != nullptr && next->IsArray() && !next->null) {
+      out += '{';
+      open.emplace_back(&next->payload->elements, 0);
+    } else if (next != nullptr) {
+      next->AppendScalarMOF(out);
     }
-    out += '}';
-    return out;
+    if (open.empty())
+      return out;
+    auto &top = open.back();
+    if (top.second == top.first->size()) {
+      out += '}';
+      open.pop_back();
+      next = nullptr;
+      continue;
+    }
+    if (top.second != 0)
+      out += ", ";
+    next = &(*top.first)[top.second++];
+  }
+}
+
+void TCIMValue::AppendScalarMOF(std::string &out) const {
+  if (null) {
+    out += "NULL";
+    return;
   }
   switch (type) {
   case kCIMTypeString:
@@ -82,11 +102,12 @@ std::string TCIMValue::ToMOF() const {
   case kCIMTypeReal64: {
     // The CIM-XML text is the shortest that reads back as the same real; a
     // MOF real also needs its decimal point: "1e+20" becomes "1.0e+20".
-    out = ToString();
-    if (std::isfinite(scalar.realValue) && out.find('.') == std::string::npos) {
-      const auto exponent = out.find('e');
-      out.insert(exponent == std::string::npos ? out.size() : exponent, ".0");
+    std::string real = ToString();
+    if (std::isfinite(scalar.realValue) && real.find('.') == std::string::npos) {
+      const auto exponent = real.find('e');
+      real.insert(exponent == std::string::npos ? real.size() : exponent, ".0");
     }
+    out += real;
     break;
   }
   case kCIMTypeDateTime:
@@ -95,10 +116,9 @@ std::string TCIMValue::ToMOF() const {
     break;
   default:
     // Booleans and integers are written as in CIM-XML.
-    out = ToString();
+    out += ToString();
     break;
   }
-  return out;
 }
 
 } // namespace NVRNORV20

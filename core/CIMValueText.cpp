@@ -1,6 +1,7 @@
 #include "core/CIMValue.h"
 
 #include "core/AsciiText.h"
+#include "core/CIMValueTree.h"
 
 #include <array>
 #include <charconv>
@@ -245,14 +246,8 @@ std::string TCIMValue::ToString() const {
   std::string out;
   if (null)
     return out;
-  if (IsArray()) {
-    bool first = true;
-    for (const auto &element : payload->elements) {
-      if (!first)
-        out += ", ";
-      first = false;
-      out += element.ToString();
-    }
+  if (IsArray() || type == kCIMTypeReference) {
+    TCIMValueTree::AppendText(out, *this);
     return out;
   }
   switch (type) {
@@ -283,9 +278,6 @@ std::string TCIMValue::ToString() const {
     break;
   case kCIMTypeDateTime:
     out = dateTime.ToString();
-    break;
-  case kCIMTypeReference:
-    out = payload->Reference().ToString();
     break;
   default:
     break;

@@ -48,8 +48,14 @@ public:
 
   /// The object path as text: "ns:Class.k1=\"v\",k2=3" (the namespace part
   /// only when set; keys in binding order). It is also what the text
-  /// constructor of a reference value reads.
+  /// constructor of a reference value reads. A key that is itself a
+  /// reference is quoted, so the backslashes before its quotes double with
+  /// every level of nesting; a text longer than a string can hold throws
+  /// kORVStatusOutOfMemory.
   std::string ToString() const;
+  /// The length of ToString()'s text, found without writing it; the largest
+  /// std::size_t when the text would be longer than that.
+  std::size_t GetTextLength() const;
   /// Reads the object path text that ToString writes. Quoted key values
   /// become strings, true and false (any letter case) booleans, numbers
   /// sint64 when signed with '-', real64 with a fraction or exponent, else
@@ -65,6 +71,9 @@ public:
   bool operator!=(const TCIMReference &other) const { return !(*this == other); }
 
 private:
+  /// Releases the values of nested keys in a loop (see TCIMValueTree).
+  friend class TCIMValueTree;
+
   boost::weak_ptr<ICIMNamespace> cimNamespace;
   std::string namespaceName;
   std::string className;

@@ -154,6 +154,7 @@ public:
   std::string ToMOF() const;
   /// The value as CIM-XML text (what the text constructor reads back).
   /// Arrays give their elements' texts joined with ", ". Null gives "".
+  /// A reference gives its path's text (see TCIMReference::ToString).
   std::string ToString() const;
 
   /// Same type, same nullness and equal contents.
@@ -161,6 +162,10 @@ public:
   bool operator!=(const TCIMValue &other) const { return !(*this == other); }
 
 private:
+  /// Walks nested values (array elements, reference keys) with a stack of
+  /// its own: releasing, comparing and writing them.
+  friend class TCIMValueTree;
+
   /// The first member is the widest, so that value-initialising the union
   /// clears all of it.
   union TScalar {
@@ -192,6 +197,8 @@ private:
   void MoveStorage(TCIMValue &other) noexcept;
   /// A payload that this value alone holds, made or copied as needed.
   TPayload &OwnPayload();
+  /// The MOF literal of a value that is null or not an array.
+  void AppendScalarMOF(std::string &out) const;
 
   ECIMType type = kCIMTypeNone;
   bool null = true;

@@ -3,7 +3,11 @@
 #include "cimxml/states/InstanceStates.h"
 #include "cimxml/states/PathStates.h"
 
+#include <boost/make_shared.hpp>
+
+#include <cstddef>
 #include <map>
+#include <string>
 
 namespace NVRNORV20 {
 
@@ -128,9 +132,27 @@ TCIMXMLParser::TStateValueReference::TStateValueReference(TCIMValue &value)
     : instanceName(boost::shared_ptr<ICIMNamespace>(), std::map<std::string, TCIMValue>()),
       target(value) {}
 
+void TCIMXMLParser::TStateValueReference::ElementStart(TCIMXMLParser &parser, TAttributes &) {
+  // Only references nest without end in CIM-XML, so the stack holds few
+  // other states, and none below a refused reference: counting is cheap.
+  std::size_t nesting = 0;
+  for (const TParseStatePtr &state : parser.stateStack)
+    if (dynamic_cast<const TStateValueReference *>(state.get()) != nullptr)
+      ++nesting;
+  if (nesting <= kMaxNesting)
+    return;
+  refused = true;
+  parser.FatalError(
+      ("Reference nested more than " + std::to_string(kMaxNesting) + " deep").c_str());
+}
+
 void TCIMXMLParser::TStateValueReference::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
                                                        TAttributes &attributes) {
+  if (refused) {
+    Push(parser, boost::make_shared<TStateDropped>(), attributes);
+    return;
+  }
   // Any number of path children, each acting in turn.
   using TSelf = TStateValueReference;
   static constexpr TChildRow kRows[] = {
@@ -155,11 +177,23 @@ void TCIMXMLParser::TStateValueReference::ChildElement(TCIMXMLParser &parser,
 // The bare forms are taken as names in the document's own namespace.
 
 void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  // An instance name has set the class name itself, keys with it.
-  if (phase == kClassNamed)
-    instanceName.SetClassName(className);
-  target.Set(instanceName);
+  if (!refused) {
+    // An instance name has set the class name itself, keys with it.
+    if (phase == kClassNamed)
+      instanceName.SetClassName(className);
+    if (instanceName.GetTextLength() > kMaxTextLength)
+      parser.FatalError(
+          ("Reference longer than " + std::to_string(kMaxTextLength) + " bytes as text").c_str());
+    target.Set(instanceName);
+  }
   Pop(parser);
+}
+
+// dropped -------------------------------------------------------------------
+
+void TCIMXMLParser::TStateDropped::ChildElement(TCIMXMLParser &parser, const std::string &,
+                                                TAttributes &attributes) {
+  Push(parser, boost::make_shared<TStateDropped>(), attributes);
 }
 
 } // namespace NVRNORV20

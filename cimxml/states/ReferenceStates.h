@@ -9,6 +9,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -107,11 +108,23 @@ private:
 /// reference a namespace, and that is the parser's own; hosts and namespace
 /// paths of the path forms are read and dropped. Any other child is
 /// "Unexpected element " + name.
+///
+/// Two bounds keep a short document from costing more than its size: a
+/// reference inside more than kMaxNesting others is "Reference nested more
+/// than 16 deep" at its start tag, and one whose text would be longer than
+/// kMaxTextLength bytes is "Reference longer than 1048576 bytes as text" at
+/// its end tag. Either is dropped with all it holds; the parent's value
+/// stays null.
 class TCIMXMLParser::TStateValueReference : public TCIMXMLParser::TParseState {
 public:
   /// Whether the reference is a class's: a class is named by a class path or
   /// class name, and an instance name, at any point, makes it an instance's.
   enum EPhase : std::int32_t { kUnnamed, kClassNamed, kInstanceNamed };
+
+  /// Real documents nest references two or three deep.
+  static constexpr std::size_t kMaxNesting = 16;
+  /// Each level of nesting doubles the backslashes of the levels inside it.
+  static constexpr std::size_t kMaxTextLength = 1048576;
 
   template <class TParent>
   TStateValueReference(TCIMXMLParser &, TParent &parent) : TStateValueReference(parent.value) {
@@ -121,6 +134,7 @@ public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
   // What the children write into.
   std::string host;
@@ -132,6 +146,16 @@ private:
   explicit TStateValueReference(TCIMValue &value);
 
   TCIMValue &target;
+  /// Nested too deep: its content is read and dropped.
+  bool refused = false;
+};
+
+/// An element inside a refused reference: read to its end, with all that it
+/// holds, without a message, so that the document stays in step.
+class TCIMXMLParser::TStateDropped : public TCIMXMLParser::TParseState {
+public:
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
 };
 
 } // namespace NVRNORV20

@@ -1,0 +1,124 @@
+// References nested, and classes chained, far deeper than any document
+// goes: every operation must loop rather than recurse, and keep its meaning.
+#include "support/Fixtures.h"
+
+#include <cstdint>
+#include <limits>
+
+namespace orvtest {
+namespace {
+
+constexpr int kDeep = 100000;
+
+/// C.k=C.k=...C.k=innermost, depth references in all.
+TCIMValue Nested(int depth, const TCIMValue &innermost, const char *className = "C",
+                 const char *keyName = "k") {
+  TCIMValue value = innermost;
+  for (int level = 0; level < depth; ++level) {
+    TCIMReference path;
+    path.SetClassName(className);
+    path.AddKeyValue(keyName, value);
+    value = TCIMValue(path);
+  }
+  return value;
+}
+
+TEST(NestingTest, DeepValuesAreComparedWrittenAndReleasedInLoops) {
+  const TCIMValue deep = Nested(kDeep, TCIMValue("x"));
+  EXPECT_EQ(deep, Nested(kDeep, TCIMValue("x")));
+  EXPECT_NE(deep, Nested(kDeep, TCIMValue("y")));
+  EXPECT_EQ(deep.GetReference(), Nested(kDeep, TCIMValue("x")).GetReference());
+  // Its text doubles per level: measured, never written.
+  EXPECT_EQ(deep.GetReference().GetTextLength(), std::numeric_limits<std::size_t>::max());
+  EXPECT_EQ(StatusOf([&] { deep.ToString(); }), kORVStatusOutOfMemory);
+  EXPECT_EQ(StatusOf([&] { deep.ToMOF(); }), kORVStatusOutOfMemory);
+
+  TCIMValue arrays = TCIMValue::MakeUnsigned(kCIMTypeUint8, 1);
+  for (int level = 0; level < kDeep; ++level) {
+    TCIMValue outer;
+    outer.Set(TCIMType(kCIMTypeUint8), 0, {arrays});
+    arrays = outer;
+  }
+  EXPECT_EQ(arrays.ToMOF(), std::string(kDeep, '{') + "1" + std::string(kDeep, '}'));
+  EXPECT_EQ(arrays.ToString(), "1");
+}
+
+// Each level quotes the one inside it: backslashes double per level.
+TEST(NestingTest, TextOfNestedPathsEscapesPerLevel) {
+  const struct {
+    int depth;
+    const char *text;
+  } cases[] = {
+      {1, R"(C.k="a\"b\\c")"},
+      {2, R"(C.k="C.k=\"a\\\"b\\\\c\"")"},
+      {3, R"(C.k="C.k=\"C.k=\\\"a\\\\\\\"b\\\\\\\\c\\\"\"")"},
+  };
+  for (const auto &c : cases) {
+    const TCIMReference path = Nested(c.depth, TCIMValue("a\"b\\c")).GetReference();
+    EXPECT_EQ(path.ToString(), c.text);
+    EXPECT_EQ(path.GetTextLength(), std::string(c.text).size());
+  }
+}
+
+class NestingModelTest : public TModelTest {};
+
+// An instance is a duplicate when its key values read the same in MOF: the
+// registry compares them part by part, as long as the values are.
+TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
+  auto link = Class("Link");
+  Property(*link, "K", TCIMValue(), true); // untyped: takes any value
+  link->Commit();
+  auto datetime = TCIMValue(TCIMDateTime::Parse("20240101000000.000000+000", 25));
+  const struct {
+    TCIMValue first, second;
+    bool duplicate;
+  } cases[] = {
+      {Nested(kDeep, TCIMValue("x")), Nested(kDeep, TCIMValue("x")), true},
+      {Nested(kDeep, TCIMValue("x")), Nested(kDeep, TCIMValue("y")), false},
+      {Nested(1, TCIMValue("x"), "C"), Nested(1, TCIMValue("x"), "c"), false},
+      {Nested(1, TCIMValue("x"), "C", "k"), Nested(1, TCIMValue("x"), "C", "K"), false},
+      {Nested(2, Uint32(1)), Nested(2, TCIMValue::MakeReal(kCIMTypeReal64, 1)), true},
+      {Nested(1, TCIMValue("x")), Nested(1, TCIMValue::MakeUnsigned(kCIMTypeChar16, 'x')), true},
+      {TCIMValue("20240101000000.000000+000"), datetime, true},
+      {TCIMValue::MakeUnsigned(kCIMTypeUint8, 5), TCIMValue::MakeSigned(kCIMTypeSint64, 5), true},
+      {TCIMValue("x"), TCIMValue::MakeUnsigned(kCIMTypeChar16, 'x'), false},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.first.GetType().GetName() + " " + c.second.GetType().GetName());
+    auto first = link->CreateInstance();
+    first->SetPropertyValue("K", c.first);
+    first->Commit();
+    auto second = link->CreateInstance();
+    second->SetPropertyValue("K", c.second);
+    EXPECT_EQ(StatusOf([&] { second->Commit(); }),
+              c.duplicate ? kORVStatusAlreadyExists : kORVStatusOK);
+    EXPECT_EQ(ns->GetInstance(first->GetPath()), first);
+    for (const auto &instance : link->GetInstances())
+      ns->DeleteInstance(instance->GetPath());
+  }
+}
+
+TEST_F(NestingModelTest, LongChainsOfClassesAnswerInLoops) {
+  auto root = Class("Root");
+  Qualify(*root, "Association", TCIMValue(true));
+  TCIMReference target;
+  target.SetClassName("Target");
+  root->AddProperty("P", TCIMValue(target));
+  root->AddMethod("Run", TCIMType(kCIMTypeUint32));
+  // Not committed: each class finds inherited members by asking upwards.
+  boost::shared_ptr<ICIMClass> leaf = root;
+  for (int level = 0; level < kDeep; ++level) {
+    leaf = ns->CreateClass("C" + std::to_string(level), leaf);
+    leaf->AddProperty("P", TCIMValue()); // untyped: shows the inherited type
+  }
+  EXPECT_TRUE(leaf->IsAssociation());
+  EXPECT_TRUE(leaf->IsSubclassOf("root"));
+  EXPECT_EQ(leaf->GetProperty("P")->GetType(), kCIMTypeReference);
+  EXPECT_EQ(leaf->GetProperty("P")->GetReferenceClassName(), "Target");
+  EXPECT_EQ(leaf->GetProperties().size(), 1u);
+  EXPECT_TRUE(leaf->HasMethod("run"));
+  EXPECT_EQ(leaf->GetMethods().size(), 1u);
+}
+
+} // namespace
+} // namespace orvtest
