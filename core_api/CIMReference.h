@@ -72,7 +72,7 @@ public:
   bool operator!=(const TCIMReference &other) const { return !(*this == other); }
 
 private:
-  /// Releases the values of nested keys in a loop (see TCIMValueTree).
+  /// Walks the keys of nested paths in loops (see TCIMValueTree).
   friend class TCIMValueTree;
 
   /// Positions of the keys by name, made once a path has many of them.
