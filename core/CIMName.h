@@ -58,6 +58,47 @@ using TNameMap = std::unordered_map<std::string, TValue, TNameHash, TNameEqual>;
 template <class TValue>
 using TNameViewMap = std::unordered_map<std::string_view, TValue, TNameHash, TNameEqual>;
 
+/// Positions in a list of items whose names are unique in any letter case.
+/// Most such lists (the keys of a path, the qualifiers of an element) hold a
+/// handful of items, which a scan finds faster than any index would; a list
+/// that grows past kScanLimit is indexed from then on, so that adding n
+/// items never costs n squared.
+class TNamePositions {
+public:
+  static constexpr std::size_t kScanLimit = 16;
+
+  /// The position of name among the size names that nameAt(i) gives; size
+  /// when none matches.
+  template <class TNameAt>
+  std::size_t Find(const std::string &name, std::size_t size, const TNameAt &nameAt) const {
+    if (positions.empty()) {
+      for (std::size_t i = 0; i < size; ++i)
+        if (EqualsNoCase(nameAt(i), name))
+          return i;
+      return size;
+    }
+    auto found = positions.find(name);
+    return found == positions.end() ? size : found->second;
+  }
+
+  /// After one item was appended, making the list size long.
+  template <class TNameAt> void Appended(std::size_t size, const TNameAt &nameAt) {
+    if (size <= kScanLimit)
+      return;
+    if (positions.empty()) {
+      for (std::size_t i = 0; i < size; ++i)
+        positions.emplace(nameAt(i), i);
+      return;
+    }
+    positions.emplace(nameAt(size - 1), size - 1);
+  }
+
+  void Clear() { positions.clear(); }
+
+private:
+  TNameMap<std::size_t> positions;
+};
+
 /// Named objects in the order added, found by name in constant time. TItem
 /// has GetName().
 template <class TItem> class TNamedList {

@@ -142,25 +142,39 @@ TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) {
   return value;
 }
 
-boost::shared_ptr<ICIMQualifier>
-TCIMQualifierList::Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list,
-                        const std::string &name) {
-  for (const auto &qualifier : list)
-    if (EqualsNoCase(qualifier->GetName(), name))
-      return qualifier;
-  return boost::shared_ptr<ICIMQualifier>();
+namespace {
+
+/// The name of each qualifier of a list, for TNamePositions.
+struct TQualifierNames {
+  const std::vector<boost::shared_ptr<ICIMQualifier>> &list;
+  const std::string &operator()(std::size_t i) const { return list[i]->GetName(); }
+};
+
+} // namespace
+
+boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Scan(const TList &list,
+                                                         const TNamePositions &positions,
+                                                         const std::string &name) {
+  const std::size_t position = positions.Find(name, list.size(), TQualifierNames{list});
+  return position == list.size() ? boost::shared_ptr<ICIMQualifier>() : list[position];
+}
+
+void TCIMQualifierList::Append(TList &list, TNamePositions &positions,
+                               boost::shared_ptr<ICIMQualifier> qualifier) {
+  list.push_back(std::move(qualifier));
+  positions.Appended(list.size(), TQualifierNames{list});
 }
 
 void TCIMQualifierList::Add(boost::shared_ptr<ICIMQualifier> qualifier) {
   if (!qualifier)
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
-  for (auto &present : own) {
-    if (EqualsNoCase(present->GetName(), qualifier->GetName())) {
-      present = std::move(qualifier);
-      return;
-    }
+  const std::size_t position =
+      ownPositions.Find(qualifier->GetName(), own.size(), TQualifierNames{own});
+  if (position != own.size()) {
+    own[position] = std::move(qualifier);
+    return;
   }
-  own.push_back(std::move(qualifier));
+  Append(own, ownPositions, std::move(qualifier));
 }
 
 std::vector<boost::shared_ptr<ICIMQualifier>> TCIMQualifierList::All() const {
@@ -172,8 +186,8 @@ std::vector<boost::shared_ptr<ICIMQualifier>> TCIMQualifierList::All() const {
 }
 
 boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Find(const std::string &name) const {
-  boost::shared_ptr<ICIMQualifier> found = Scan(own, name);
-  return found ? found : Scan(propagated, name);
+  boost::shared_ptr<ICIMQualifier> found = Scan(own, ownPositions, name);
+  return found ? found : Scan(propagated, propagatedPositions, name);
 }
 
 bool TCIMQualifierList::Has(const std::string &name) const {
@@ -195,13 +209,14 @@ bool TCIMQualifierList::IsTrue(const std::string &name) const {
 
 void TCIMQualifierList::Propagate(const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited) {
   propagated.clear();
+  propagatedPositions.Clear();
   for (const auto &qualifier : inherited) {
     if ((qualifier->GetFlavor() & ICIMQualifierDecl::kFlavorToSubclass) == 0)
       continue;
     const std::string &name = qualifier->GetName();
-    if (Scan(own, name) || Scan(propagated, name))
+    if (Scan(own, ownPositions, name) || Scan(propagated, propagatedPositions, name))
       continue;
-    propagated.push_back(TCIMQualifier::MakePropagated(*qualifier));
+    Append(propagated, propagatedPositions, TCIMQualifier::MakePropagated(*qualifier));
   }
 }
 

@@ -94,8 +94,8 @@ private:
 
 /// The qualifiers of one element: its own in the order attached, then those
 /// propagated from the element it overrides (settled when its class is
-/// committed). An element carries a handful at most, so they are found by a
-/// scan; an index per element would cost more than it saves.
+/// committed). An element carries a handful, found by a scan; only one that
+/// carries many keeps an index (see TNamePositions).
 class TCIMQualifierList {
 public:
   /// Replaces an own qualifier of the same name in place. An empty pointer
@@ -115,11 +115,20 @@ public:
   void Propagate(const std::vector<boost::shared_ptr<ICIMQualifier>> &inherited);
 
 private:
-  static boost::shared_ptr<ICIMQualifier>
-  Scan(const std::vector<boost::shared_ptr<ICIMQualifier>> &list, const std::string &name);
+  using TList = std::vector<boost::shared_ptr<ICIMQualifier>>;
 
-  std::vector<boost::shared_ptr<ICIMQualifier>> own;
-  std::vector<boost::shared_ptr<ICIMQualifier>> propagated;
+  /// The qualifier of that name in list, whose positions are given; empty
+  /// when there is none.
+  static boost::shared_ptr<ICIMQualifier> Scan(const TList &list, const TNamePositions &positions,
+                                               const std::string &name);
+  /// Appends to list, whose names do not include the qualifier's.
+  static void Append(TList &list, TNamePositions &positions,
+                     boost::shared_ptr<ICIMQualifier> qualifier);
+
+  TList own;
+  TList propagated;
+  TNamePositions ownPositions;
+  TNamePositions propagatedPositions;
 };
 
 /// The qualified-object operations over a TCIMQualifierList, for each

@@ -1,10 +1,12 @@
 #include "core_api/CIMReference.h"
 
 #include "core/AsciiText.h"
+#include "core/CIMName.h"
 #include "core/CIMValueTree.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 
+#include <memory>
 #include <utility>
 
 namespace NVRNORV20 {
@@ -43,6 +45,22 @@ TCIMValue ReadBareKeyValue(const char *text, std::size_t length) {
 
 } // namespace
 
+/// Looking a key up by scanning made a path of n keys cost n squared to
+/// build; a path past a handful of keys looks them up here instead.
+struct TCIMReference::TKeyIndex {
+  TNamePositions positions;
+};
+
+namespace {
+
+/// The name of each key binding, for TNamePositions.
+struct TKeyNames {
+  const std::vector<TCIMReference::TKeyBinding> &keys;
+  const std::string &operator()(std::size_t i) const { return keys[i].first; }
+};
+
+} // namespace
+
 TCIMReference::TCIMReference() = default;
 
 TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns,
@@ -53,8 +71,29 @@ TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns,
     AddKeyValue(binding.first, binding.second);
 }
 
-TCIMReference::TCIMReference(const TCIMReference &other) = default;
-TCIMReference &TCIMReference::operator=(const TCIMReference &other) = default;
+TCIMReference::TCIMReference(const TCIMReference &other)
+    : cimNamespace(other.cimNamespace), namespaceName(other.namespaceName),
+      className(other.className), keys(other.keys) {
+  if (other.keyIndex)
+    keyIndex = std::make_unique<TKeyIndex>(*other.keyIndex);
+}
+
+TCIMReference &TCIMReference::operator=(const TCIMReference &other) {
+  if (this == &other)
+    return *this;
+  // Copied first, so that a failed allocation leaves this path as it was.
+  std::unique_ptr<TKeyIndex> index;
+  if (other.keyIndex)
+    index = std::make_unique<TKeyIndex>(*other.keyIndex);
+  std::vector<TKeyBinding> copied(other.keys);
+  cimNamespace = other.cimNamespace;
+  namespaceName = other.namespaceName;
+  className = other.className;
+  keys.swap(copied);
+  keyIndex = std::move(index);
+  return *this;
+}
+
 TCIMReference::~TCIMReference() = default;
 
 // By value in the exported interface, which callers are built against.
@@ -71,21 +110,31 @@ boost::shared_ptr<ICIMNamespace> TCIMReference::GetNamespace() const {
   return cimNamespace.lock();
 }
 
+std::size_t TCIMReference::FindKey(const std::string &name) const {
+  if (keyIndex)
+    return keyIndex->positions.Find(name, keys.size(), TKeyNames{keys});
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    if (EqualsNoCase(keys[i].first, name))
+      return i;
+  return keys.size();
+}
+
 void TCIMReference::AddKeyValue(const std::string &name, const TCIMValue &value) {
-  for (auto &binding : keys) {
-    if (EqualsNoCase(binding.first, name)) {
-      binding.second = value;
-      return;
-    }
+  const std::size_t position = FindKey(name);
+  if (position != keys.size()) {
+    keys[position].second = value;
+    return;
   }
   keys.emplace_back(name, value);
+  if (!keyIndex && keys.size() > TNamePositions::kScanLimit)
+    keyIndex = std::make_unique<TKeyIndex>();
+  if (keyIndex)
+    keyIndex->positions.Appended(keys.size(), TKeyNames{keys});
 }
 
 TCIMValue TCIMReference::GetKeyValue(const std::string &name) const {
-  for (const auto &binding : keys)
-    if (EqualsNoCase(binding.first, name))
-      return binding.second;
-  return TCIMValue();
+  const std::size_t position = FindKey(name);
+  return position == keys.size() ? TCIMValue() : keys[position].second;
 }
 
 std::string TCIMReference::ToString() const {

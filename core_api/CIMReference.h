@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,13 +72,20 @@ public:
   bool operator!=(const TCIMReference &other) const { return !(*this == other); }
 
 private:
-  /// Releases the values of nested keys in a loop (see TCIMValueTree).
+  /// Walks the keys of nested paths in loops (see TCIMValueTree).
   friend class TCIMValueTree;
+
+  /// Positions of the keys by name, made once a path has many of them.
+  struct TKeyIndex;
+  /// The position of the key of that name (any letter case); the number of
+  /// keys when none has it.
+  std::size_t FindKey(const std::string &name) const;
 
   boost::weak_ptr<ICIMNamespace> cimNamespace;
   std::string namespaceName;
   std::string className;
   std::vector<TKeyBinding> keys;
+  std::unique_ptr<TKeyIndex> keyIndex;
 };
 
 } // namespace NVRNORV20

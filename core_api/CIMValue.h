@@ -154,7 +154,8 @@ public:
   std::string ToMOF() const;
   /// The value as CIM-XML text (what the text constructor reads back).
   /// Arrays give their elements' texts joined with ", ". Null gives "".
-  /// A reference gives its path's text (see TCIMReference::ToString).
+  /// A reference gives its path's text (see TCIMReference::ToString, also
+  /// for the status a text too long throws; ToMOF quotes that text).
   std::string ToString() const;
 
   /// Same type, same nullness and equal contents.

@@ -1,5 +1,6 @@
-// References nested, and classes chained, far deeper than any document
-// goes: every operation must loop rather than recurse, and keep its meaning.
+// References nested, classes chained and lists grown far beyond what any
+// document holds: every operation must loop rather than recurse, cost what
+// it is given rather than its square, and keep its meaning.
 #include "support/Fixtures.h"
 
 #include <cstdint>
@@ -118,6 +119,38 @@ TEST_F(NestingModelTest, LongChainsOfClassesAnswerInLoops) {
   EXPECT_EQ(leaf->GetProperties().size(), 1u);
   EXPECT_TRUE(leaf->HasMethod("run"));
   EXPECT_EQ(leaf->GetMethods().size(), 1u);
+}
+
+TEST_F(NestingModelTest, LongListsOfKeysAndQualifiersKeepTheirOrder) {
+  constexpr std::uint64_t kKeys = 100000;
+  TCIMReference path;
+  for (std::uint64_t i = 0; i < kKeys; ++i)
+    path.AddKeyValue("K" + std::to_string(i), Uint32(i));
+  path.AddKeyValue("k7", Uint32(70)); // replaced in place, in its first spelling
+  ASSERT_EQ(path.GetKeyBindings().size(), kKeys);
+  EXPECT_EQ(path.GetKeyBindings()[7].first, "K7");
+  EXPECT_EQ(path.GetKeyValue("K7"), Uint32(70));
+  EXPECT_EQ(TCIMReference(path).GetKeyValue("k99999"), Uint32(99999));
+  EXPECT_TRUE(path.GetKeyValue("K100000").IsNull());
+
+  constexpr int kQualifiers = 40000;
+  auto base = Class("Base");
+  auto property = base->AddProperty("P", TCIMValue("x"));
+  for (int i = 0; i < kQualifiers; ++i) {
+    const std::string name = "Q" + std::to_string(i);
+    ns->CreateQualifierDecl(name, TCIMValue(false), D::kScopeProperty, D::kFlavorToSubclass);
+    Qualify(*property, name, TCIMValue(true), D::kFlavorToSubclass);
+  }
+  Qualify(*property, "q5", TCIMValue(false), D::kFlavorToSubclass);
+  base->Commit();
+  auto derived = Class("Derived", "Base");
+  derived->AddProperty("P", TCIMValue("y"));
+  derived->Commit();
+  const auto inherited = derived->GetProperty("P")->GetQualifiers();
+  ASSERT_EQ(inherited.size(), static_cast<std::size_t>(kQualifiers));
+  EXPECT_TRUE(inherited[kQualifiers - 1]->IsPropagated());
+  EXPECT_EQ(inherited[kQualifiers - 1]->GetName(), "Q39999");
+  EXPECT_EQ(inherited[5]->GetValue(), TCIMValue(false));
 }
 
 } // namespace
