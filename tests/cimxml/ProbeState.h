@@ -22,13 +22,6 @@
 
 namespace orvtest {
 
-/// The line that the frame logs when an end handler throws.
-inline std::string EndElementError(unsigned line, NVRNORV20::EORVStatusCode code) {
-  NVRNORV20::TORVException exception{NVRNORV20::TORVStatusCode(code)};
-  return "TCIMXMLParser: EndElement: Threw exception " + std::string(exception.what()) +
-         " on line " + std::to_string(line);
-}
-
 class TProbeState : public NVRNORV20::TCIMXMLParser::TParseState {
   using TParser = NVRNORV20::TCIMXMLParser;
 
@@ -61,10 +54,8 @@ public:
   /// Runs a whole document under a new probe on a parser of ns; the probe
   /// stays behind for the test to read.
   static boost::shared_ptr<TProbeState> Run(const boost::shared_ptr<NVRNORV20::ICIMNamespace> &ns,
-                                            const std::string &xml,
-                                            boost::shared_ptr<NVRNORV20::ICIMClass> keyClass = {}) {
+                                            const std::string &xml) {
     auto probe = boost::make_shared<TProbeState>();
-    probe->keyClass = std::move(keyClass);
     TParser parser(ns);
     TAttributes none;
     Push(parser, probe, none);

@@ -37,9 +37,6 @@ TEST_F(QualifierDeclStatesTest, Declarations) {
                    scope + "<VALUE.ARRAY><VALUE>a</VALUE><VALUE>b</VALUE></VALUE.ARRAY>"),
        {},
        "Qualifier Q : string[] = {\"a\", \"b\"}, Scope(property)" + flavor},
-      {Declaration(" TYPE=\"string\" ISARRAY=\"false\"", scope + "<VALUE>a</VALUE>"),
-       {},
-       "Qualifier Q : string = \"a\", Scope(property)" + flavor},
       // The refused value's end tag ends the declaration, which is made.
       {Declaration(" TYPE=\"boolean\"", "<VALUE>true</VALUE>"),
        {Err("Expected SCOPE element")},

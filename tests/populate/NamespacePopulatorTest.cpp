@@ -141,13 +141,10 @@ TEST_F(NamespacePopulatorTest, FilesAndWhatTheyYield) {
       {"claimsmore.gz", Truncated(kDocument, "\xe8\x03\x00\x00"), false, kORVStatusOK, {kFoo}},
       {"claimshuge.gz", Truncated(kDocument, "\xff\xff\xff\xff"), true, kORVStatusOK, {kFoo}},
       {"claims496m.gz", Truncated(kDocument, "\x00\x00\x00\x1f"), false, kORVStatusOK, {kFoo}},
-      // A pipe is read to its end; with a gzip name it has no trailer to check,
-      // and what is too short for the magic fails as a short file. A FIFO
-      // with no writer reads as empty at once.
+      // A pipe is read to its end; with a gzip name it has no trailer to
+      // check. A FIFO with no writer reads as empty at once.
       {"pipe.xml", kDocument, false, kORVStatusOK, {kFoo}, kPipe},
       {"pipe.xml.gz", gzip, true, kORVStatusOK, {kFoo}, kPipe},
-      {"textpipe.gz", kDocument, true, kORVStatusNotGzip, {}, kPipe},
-      {"shortpipe.gz", "\x1f", false, kORVStatusFileAccess, {}, kPipe},
       {"fifo.xml", "", false, kORVStatusInvalidDocument, {kProlog}, kFifo},
       {"missing.xml", "", true, kORVStatusFileAccess, {}, kNothing},
   };
@@ -201,16 +198,13 @@ TEST_F(NamespacePopulatorTest, EmptyNamespaceFailsAtOnce) {
   const std::string path = scratch.Write("doc.xml", "<CIM/>");
   for (bool classes : {true, false}) {
     logger.entries.clear();
-    const EORVStatusCode status = StatusOf([&] {
-      if (classes)
-        TNamespacePopulator::PopulateFromXMLFile(nullptr, path);
-      else
-        TNamespacePopulator::PopulateFromRegXMLFile(nullptr, path);
-    });
-    EXPECT_EQ(kORVStatusNullObject, status);
-    const std::vector<std::pair<int, std::string>> noteOnly{
-        {0, "Previous error was while parsing file '" + path + "'"}};
-    EXPECT_EQ(noteOnly, logger.entries);
+    EXPECT_EQ(kORVStatusNullObject, StatusOf([&] {
+                classes ? (void)TNamespacePopulator::PopulateFromXMLFile(nullptr, path)
+                        : (void)TNamespacePopulator::PopulateFromRegXMLFile(nullptr, path);
+              }));
+    EXPECT_EQ(logger.Texts(),
+              std::vector<std::string>{"Previous error was while parsing file '" + path + "'"});
+    EXPECT_EQ(logger.entries.at(0).first, 0);
   }
 }
 
