@@ -21,8 +21,9 @@ namespace {
 const int kParseErrorLevel = 3;
 
 void LogParseError(const std::string &text) {
-  // Fetched anew for every message: a caller may swap loggers between parses.
-  TRootObject::GetCoreLogger()->Log(kParseErrorLevel, text);
+  // The logger is fetched anew for every message: a caller may swap loggers
+  // between parses.
+  TRootObject::Log(kParseErrorLevel, text);
 }
 
 /// Attribute names arrive folded, so a plain byte comparison is enough.

@@ -31,6 +31,12 @@ public:
   /// null restores the default logger. Not synchronised: set it before
   /// parsing starts.
   static void SetCoreLogger(ILogger *logger);
+  /// Hands text to the process's logger with every control character
+  /// written as \xHH (each byte of it, C1 characters too), so that text
+  /// taken from a document can neither start a forged log line nor reach a
+  /// terminal as an escape sequence. Printable text, backslashes included,
+  /// passes byte for byte. Every message of the library goes through here.
+  static void Log(int level, const std::string &text);
 };
 
 } // namespace NVRNORV20

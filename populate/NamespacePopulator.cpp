@@ -155,9 +155,8 @@ void RequireReadable(const std::string &fileName, mode_t mode) {
     return;
   // A device may never end (/dev/zero) or reports no size (/dev/null); a
   // directory yields no bytes: none of them is a document.
-  TRootObject::GetCoreLogger()->Log(kErrorLevel, "TNamespacePopulator: '" + fileName + "' is " +
-                                                     KindOf(mode) +
-                                                     "; only regular files and pipes are read");
+  TRootObject::Log(kErrorLevel, "TNamespacePopulator: '" + fileName + "' is " + KindOf(mode) +
+                                    "; only regular files and pipes are read");
   Fail(kORVStatusFileAccess);
 }
 
@@ -322,14 +321,12 @@ TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
     parser.Parse(document.Bytes());
     return (parser.*collected)();
   } catch (TORVException &ex) {
-    TRootObject::GetCoreLogger()->Log(0,
-                                      "Previous error was while parsing file '" + fileName + "'");
+    TRootObject::Log(0, "Previous error was while parsing file '" + fileName + "'");
     throw TORVException(ex);
   } catch (std::bad_alloc &) {
     // The library fails with TORVException only: memory running out inside
     // the parse is reported like a buffer that could not be had.
-    TRootObject::GetCoreLogger()->Log(0,
-                                      "Previous error was while parsing file '" + fileName + "'");
+    TRootObject::Log(0, "Previous error was while parsing file '" + fileName + "'");
     Fail(kORVStatusOutOfMemory);
   }
 }

@@ -31,6 +31,12 @@ TEST_F(QualifierStatesTest, Qualifiers) {
                 "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER>"),
        {"TCIMXMLParser: Couldn't find qualifier Colour", Ended(kORVStatusQualifierNotDeclared)},
        "[Description(\"d\")] class C { };"},
+      // Control characters of a document reach the log escaped, C1 ones in
+      // UTF-8 too; printable text and backslashes stay as they are.
+      {InClassC("<QUALIFIER NAME=\"Co\nl\x1b[2J\xc2\x9b\xc2\xa0\\x\" TYPE=\"string\"/>"),
+       {"TCIMXMLParser: Couldn't find qualifier Co\\x0Al\\x1B[2J\\xC2\\x9B\xc2\xa0\\x",
+        Ended(kORVStatusQualifierNotDeclared, 2)},
+       "class C { };"},
       // The refused child's end tag ends the qualifier, which is attached.
       {InClassC("<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE.ARRAY/>"
                 "</VALUE.ARRAY></QUALIFIER>"),
