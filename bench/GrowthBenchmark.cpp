@@ -1,12 +1,13 @@
 // Operations whose cost must grow with what they are given, not faster:
 // registering, comparing and releasing instances whose reference keys nest
 // deep, reading a document that nests references deeper than the parser
-// takes, and building paths with many keys and elements with many
-// qualifiers. Items per second should stay flat from the small to the large
-// argument.
+// takes, building paths with many keys and elements with many qualifiers,
+// and tokenizing a tag with many attributes. Items per second should stay flat from the small to
+// the large argument.
 #include "cimxml/CIMXMLParser.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/Logger.h"
+#include "xml/XmlParser.h"
 
 #include <benchmark/benchmark.h>
 
@@ -147,6 +148,37 @@ void BM_PropertyWithManyQualifiers(benchmark::State &state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_PropertyWithManyQualifiers)->Arg(16)->Arg(1000)->Arg(40000);
+
+/// Counts the attributes of each start tag and nothing else.
+class TAttributeCounter : public TXmlParser {
+public:
+  void StartElement(const char *, TAttributes &attributes) override { seen += attributes.size(); }
+  void EndElement(const char *) override {}
+  void processingInstruction(const char *, const char *) override {}
+  void characters(const char *, unsigned) override {}
+  void notationDecl(const char *, const char *, const char *) override {}
+  void FatalError(const char *) override {}
+  std::size_t seen = 0;
+};
+
+void BM_TagWithManyAttributes(benchmark::State &state) {
+  // In reverse order, the worst order for a sort by insertion.
+  std::string document = "<a";
+  for (std::int64_t i = state.range(0); i > 0; --i)
+    document += " n" + std::to_string(i) + "=''";
+  document += "/>";
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::vector<char> buffer(document.begin(), document.end());
+    buffer.push_back('\0');
+    TAttributeCounter counter;
+    state.ResumeTiming();
+    counter.Parse(buffer.data());
+    benchmark::DoNotOptimize(counter.seen);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_TagWithManyAttributes)->Arg(16)->Arg(1000)->Arg(100000);
 
 } // namespace
 

@@ -49,6 +49,23 @@ void TXmlNameFolder::FoldWithFacet(char *name, char *nameEnd) {
 // ---------------------------------------------------------------------------
 // Attribute maps.
 
+bool TXmlAttributeMaps::Add(const char *name, std::size_t nameLength, const char *value,
+                            std::size_t valueLength) {
+  if (pending.size() < kScannedAttributes) {
+    for (const TPendingAttribute &earlier : pending)
+      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
+        return false;
+  } else {
+    if (seenNames.empty())
+      for (const TPendingAttribute &earlier : pending)
+        seenNames.emplace(earlier.name, earlier.nameLength);
+    if (!seenNames.emplace(name, nameLength).second)
+      return false;
+  }
+  pending.push_back({name, nameLength, value, valueLength});
+  return true;
+}
+
 TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
   takenMap = kKeptMaps;
   const std::size_t count = pending.size();
@@ -58,17 +75,20 @@ TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
   for (const TPendingAttribute &attribute : pending)
     if (attribute.valueLength > kLongestKeptValue)
       keepBuiltMap = false;
-  // Insertion sort: a tag has a handful of attributes, often in order.
-  for (std::size_t i = 1; i < count; ++i) {
-    const TPendingAttribute moving = pending[i];
-    std::size_t j = i;
-    for (; j > 0; --j) {
-      const TPendingAttribute &before = pending[j - 1];
-      if (CompareNames(before.name, before.nameLength, moving.name, moving.nameLength) < 0)
-        break;
-      pending[j] = before;
+  const auto before = [](const TPendingAttribute &left, const TPendingAttribute &right) {
+    return CompareNames(left.name, left.nameLength, right.name, right.nameLength) < 0;
+  };
+  if (count > kScannedAttributes) {
+    std::sort(pending.begin(), pending.end(), before); // names are distinct
+  } else {
+    // Insertion sort: a tag has a handful of attributes, often in order.
+    for (std::size_t i = 1; i < count; ++i) {
+      const TPendingAttribute moving = pending[i];
+      std::size_t j = i;
+      for (; j > 0 && !before(pending[j - 1], moving); --j)
+        pending[j] = pending[j - 1];
+      pending[j] = moving;
     }
-    pending[j] = moving;
   }
 
   // One pass per kept map compares its names and overwrites its values: a

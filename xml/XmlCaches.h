@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <locale>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace NVRNORV20 {
@@ -51,17 +53,14 @@ public:
   using TAttributes = TXmlParser::TAttributes;
 
   /// Starts gathering the attributes of a new tag.
-  void Clear() { pending.clear(); }
+  void Clear() {
+    pending.clear();
+    seenNames.clear();
+  }
   /// Gathers one attribute (pointers into the buffer, which must stay as
   /// they are until Build). False, and nothing gathered, when the tag
   /// already has an attribute of that name.
-  bool Add(const char *name, std::size_t nameLength, const char *value, std::size_t valueLength) {
-    for (const TPendingAttribute &earlier : pending)
-      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
-        return false;
-    pending.push_back({name, nameLength, value, valueLength});
-    return true;
-  }
+  bool Add(const char *name, std::size_t nameLength, const char *value, std::size_t valueLength);
   /// The map of the attributes gathered, taken from a kept map where one
   /// has the same names.
   TAttributes Build();
@@ -76,7 +75,13 @@ private:
     std::size_t valueLength;
   };
   static constexpr std::size_t kKeptMaps = 8;
+  /// Up to this many attributes, a tag is checked for repeated names and
+  /// sorted by plain scans; beyond it a set and a sort keep a tag of
+  /// 100,000 attributes linear.
+  static constexpr std::size_t kScannedAttributes = 16;
   std::vector<TPendingAttribute> pending;
+  /// The names gathered, once a tag has more than kScannedAttributes.
+  std::unordered_set<std::string_view> seenNames;
   TAttributes keptMaps[kKeptMaps];
   std::size_t nextKeptMap = 0;
   /// Where the map being built came from, or kKeptMaps for a new one.

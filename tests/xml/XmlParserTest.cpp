@@ -167,6 +167,23 @@ TEST(XmlParserTest, Errors) {
                                         "T:> F:Start and end element names don't match@1"},
       },
       false);
+  // Many attributes in reverse order: a repeat at the end of 100,000 is
+  // found; a tag of 20 reads back sorted, and again with new values from
+  // the map kept of the first.
+  std::string many = "<a";
+  for (int i = 100000; i > 0; --i)
+    many += " n" + std::to_string(i) + "=''";
+  EXPECT_EQ("F:Attribute appears twice@1", TRecorder().Run(many + " n7=''/>"));
+  TRecorder twice;
+  for (const char *value : {"x", "y"}) {
+    std::string tag = "<a", expected = "S:a";
+    for (int i = 20; i > 0; --i) {
+      tag += " n" + std::to_string(100 + i) + "='" + value + "'";
+      expected.insert(3, std::string(i == 1 ? "{" : ",") + "n" + std::to_string(100 + i) + "=" +
+                             value);
+    }
+    EXPECT_EQ(expected + "} E:a", twice.Run(tag + "/>"));
+  }
   // The names stay folded in the buffer; the values do not.
   TRecorder recorder;
   recorder.Run("<A NaMe='VaLuE'/>");
