@@ -5,6 +5,7 @@
 #include "core/ReleaseChain.h"
 #include "core_api/ORVStatusCode.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace NVRNORV20 {
@@ -13,6 +14,35 @@ namespace {
 
 [[noreturn]] void Fail(EORVStatusCode code) {
   throw TORVException(TORVStatusCode(code));
+}
+
+/// Adds item under its name: in the place of the inherited one it
+/// overrides, else after the rest. The place it took.
+template <class TItem>
+std::size_t SetMember(TNameTrie<TItem> &members, boost::shared_ptr<TItem> item) {
+  const auto *inherited = members.Find(item->GetName());
+  const std::size_t position = inherited ? inherited->position : members.Size();
+  members.Set(std::move(item), position);
+  return position;
+}
+
+/// The layout of a class of another model: its properties, in its order
+/// (a name it repeats in another letter case, in its first place).
+boost::shared_ptr<const TPropertyLayout> LayoutOf(ICIMClass &cls) {
+  boost::shared_ptr<TPropertyLayout> built(new TPropertyLayout);
+  for (const auto &property : cls.GetProperties()) {
+    const std::size_t position = SetMember(built->members, property);
+    if (property->IsKey() && (built->keys.empty() || built->keys.back().first != position))
+      built->keys.emplace_back(position, property);
+  }
+  return built;
+}
+
+boost::shared_ptr<const TMethodLayout> MethodsOf(ICIMClass &cls) {
+  boost::shared_ptr<TMethodLayout> built(new TMethodLayout);
+  for (const auto &method : cls.GetMethods())
+    SetMember(*built, method);
+  return built;
 }
 
 } // namespace
@@ -48,70 +78,61 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
   ICIMClass *above = nullptr;
   const std::vector<TCIMClass *> chain = UncommittedChain(above);
   boost::shared_ptr<const TPropertyLayout> built;
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> inherited;
-  if (above)
-    inherited = above->GetProperties();
-  for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls) {
-    built = (*cls)->LayOut(std::move(inherited));
-    inherited = built->properties;
-  }
+  if (auto *own = dynamic_cast<TCIMClass *>(above))
+    built = own->layout;
+  else if (above)
+    built = LayoutOf(*above);
+  else
+    built.reset(new TPropertyLayout);
+  for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls)
+    built = (*cls)->LayOut(*built);
   return built;
 }
 
-boost::shared_ptr<const TPropertyLayout>
-TCIMClass::LayOut(std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties) const {
+boost::shared_ptr<const TPropertyLayout> TCIMClass::LayOut(const TPropertyLayout &above) const {
   boost::shared_ptr<TPropertyLayout> built(new TPropertyLayout);
-  built->properties = std::move(properties);
-  for (std::size_t i = 0; i < built->properties.size(); ++i)
-    built->index.emplace(built->properties[i]->GetName(), i);
+  built->members = above.members.Derived();
+  // The inherited keys stay but where an own property takes their place;
+  // the own ones that are keys join them.
+  std::vector<std::pair<std::size_t, boost::shared_ptr<ICIMPropertyDecl>>> ownKeys;
+  std::vector<std::size_t> taken;
   for (const auto &property : localProperties.Items()) {
-    auto inherited = built->index.find(property->GetName());
-    if (inherited != built->index.end()) {
-      // Keyed anew: the key must view a name that the layout itself holds.
-      const std::size_t position = inherited->second;
-      built->properties[position] = property;
-      built->index.erase(inherited);
-      built->index.emplace(property->GetName(), position);
-      continue;
-    }
-    built->index.emplace(property->GetName(), built->properties.size());
-    built->properties.push_back(property);
+    const std::size_t position = SetMember<ICIMPropertyDecl>(built->members, property);
+    if (position < above.members.Size())
+      taken.push_back(position);
+    if (property->IsKey())
+      ownKeys.emplace_back(position, property);
   }
-  built->isKey.resize(built->properties.size());
-  for (std::size_t i = 0; i < built->properties.size(); ++i) {
-    built->isKey[i] = built->properties[i]->IsKey();
-    if (built->isKey[i])
-      built->keys.push_back(i);
-  }
+  std::sort(taken.begin(), taken.end());
+  for (const auto &key : above.keys)
+    if (!std::binary_search(taken.begin(), taken.end(), key.first))
+      built->keys.push_back(key);
+  built->keys.insert(built->keys.end(), ownKeys.begin(), ownKeys.end());
+  std::sort(built->keys.begin(), built->keys.end(),
+            [](const auto &left, const auto &right) { return left.first < right.first; });
   return built;
 }
 
-std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::BuildMethods() {
+boost::shared_ptr<const TMethodLayout> TCIMClass::BuildMethods() {
   // As BuildLayout: the uncommitted chain above, from its top down.
   ICIMClass *above = nullptr;
   const std::vector<TCIMClass *> chain = UncommittedChain(above);
-  std::vector<boost::shared_ptr<ICIMMethod>> built;
-  if (above)
-    built = above->GetMethods();
+  boost::shared_ptr<const TMethodLayout> built;
+  if (auto *own = dynamic_cast<TCIMClass *>(above))
+    built = own->methods;
+  else if (above)
+    built = MethodsOf(*above);
+  else
+    built.reset(new TMethodLayout);
   for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls)
-    built = (*cls)->ListMethods(std::move(built));
+    built = (*cls)->ListMethods(*built);
   return built;
 }
 
-std::vector<boost::shared_ptr<ICIMMethod>>
-TCIMClass::ListMethods(std::vector<boost::shared_ptr<ICIMMethod>> built) const {
-  TNameViewMap<std::size_t> positions;
-  for (std::size_t i = 0; i < built.size(); ++i)
-    positions.emplace(built[i]->GetName(), i);
-  for (const auto &method : localMethods.Items()) {
-    auto inherited = positions.find(method->GetName());
-    if (inherited != positions.end()) {
-      built[inherited->second] = method;
-      continue;
-    }
-    positions.emplace(method->GetName(), built.size());
-    built.push_back(method);
-  }
+boost::shared_ptr<const TMethodLayout> TCIMClass::ListMethods(const TMethodLayout &above) const {
+  boost::shared_ptr<TMethodLayout> built(new TMethodLayout(above.Derived()));
+  for (const auto &method : localMethods.Items())
+    SetMember<ICIMMethod>(*built, method);
   return built;
 }
 
@@ -150,9 +171,8 @@ boost::shared_ptr<ICIMMethod> TCIMClass::FindInheritedMethod(const std::string &
 
 boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindProperty(const std::string &propertyName) {
   if (layout) {
-    auto found = layout->index.find(propertyName);
-    return found == layout->index.end() ? boost::shared_ptr<ICIMPropertyDecl>()
-                                        : layout->properties[found->second];
+    const auto *found = layout->members.Find(propertyName);
+    return found ? found->item : boost::shared_ptr<ICIMPropertyDecl>();
   }
   if (boost::shared_ptr<TCIMPropertyDecl> own = localProperties.Find(propertyName))
     return own;
@@ -161,8 +181,8 @@ boost::shared_ptr<ICIMPropertyDecl> TCIMClass::FindProperty(const std::string &p
 
 boost::shared_ptr<ICIMMethod> TCIMClass::FindMethod(const std::string &methodName) {
   if (committed) {
-    auto found = methodIndex.find(methodName);
-    return found == methodIndex.end() ? boost::shared_ptr<ICIMMethod>() : methods[found->second];
+    const auto *found = methods->Find(methodName);
+    return found ? found->item : boost::shared_ptr<ICIMMethod>();
   }
   if (boost::shared_ptr<TCIMMethod> own = localMethods.Find(methodName))
     return own;
@@ -195,8 +215,6 @@ void TCIMClass::Commit(const TCIMOptions &) {
                                   : std::vector<boost::shared_ptr<ICIMQualifier>>());
   layout = BuildLayout();
   methods = BuildMethods();
-  for (std::size_t i = 0; i < methods.size(); ++i)
-    methodIndex.emplace(methods[i]->GetName(), i);
   committed = true;
 }
 
@@ -248,8 +266,8 @@ std::vector<boost::shared_ptr<ICIMPropertyDecl>> TCIMClass::GetKeyProperties(con
   boost::shared_ptr<const TPropertyLayout> current = GetLayout();
   std::vector<boost::shared_ptr<ICIMPropertyDecl>> keys;
   keys.reserve(current->keys.size());
-  for (std::size_t position : current->keys)
-    keys.push_back(current->properties[position]);
+  for (const auto &key : current->keys)
+    keys.push_back(key.second);
   return keys;
 }
 
@@ -307,7 +325,7 @@ boost::shared_ptr<ICIMPropertyDecl> TCIMClass::GetProperty(const std::string &pr
 }
 
 std::vector<boost::shared_ptr<ICIMPropertyDecl>> TCIMClass::GetProperties(const TCIMOptions &) {
-  return GetLayout()->properties;
+  return GetLayout()->members.Ordered();
 }
 
 boost::shared_ptr<ICIMMethod> TCIMClass::GetMethod(const std::string &methodName,
@@ -319,7 +337,7 @@ boost::shared_ptr<ICIMMethod> TCIMClass::GetMethod(const std::string &methodName
 }
 
 std::vector<boost::shared_ptr<ICIMMethod>> TCIMClass::GetMethods(const TCIMOptions &) {
-  return committed ? methods : BuildMethods();
+  return (committed ? methods : BuildMethods())->Ordered();
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>> TCIMClass::GetInstances(const TCIMOptions &) {

@@ -4,6 +4,7 @@
 
 #include "core/CIMMethod.h"
 #include "core/CIMName.h"
+#include "core/CIMNameTrie.h"
 #include "core/CIMPropertyDecl.h"
 #include "core/CIMQualifier.h"
 #include "core_api/CIMInterfaces.h"
@@ -14,20 +15,23 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace NVRNORV20 {
 
-/// A class's properties as its instances see them: inherited ones first
-/// (an overridden one in its inherited place), then its own new ones. Shared
-/// by the class and every instance made after its Commit.
+/// A class's methods: inherited ones first (an overridden one in its
+/// inherited place), then its own new ones.
+using TMethodLayout = TNameTrie<ICIMMethod>;
+
+/// A class's properties as its instances see them, in the same order as
+/// its methods, at positions 0 to Size() - 1. Shared by the class and every
+/// instance made after its Commit, and node by node by its subclasses'
+/// layouts.
 struct TPropertyLayout {
-  std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties;
-  /// Keys are views of the names of the declarations in properties.
-  TNameViewMap<std::size_t> index;
-  /// Positions of the key properties, ascending.
-  std::vector<std::size_t> keys;
-  std::vector<bool> isKey;
+  TNameTrie<ICIMPropertyDecl> members;
+  /// The key properties with their positions, ascending.
+  std::vector<std::pair<std::size_t, boost::shared_ptr<ICIMPropertyDecl>>> keys;
 };
 
 class TCIMClass final : public TCIMQualified<ICIMClass>,
@@ -106,13 +110,11 @@ private:
   /// another model), which is left in above (null when there is none).
   std::vector<TCIMClass *> UncommittedChain(ICIMClass *&above);
   boost::shared_ptr<const TPropertyLayout> BuildLayout();
-  /// The layout of this class on its superclass's properties.
-  boost::shared_ptr<const TPropertyLayout>
-  LayOut(std::vector<boost::shared_ptr<ICIMPropertyDecl>> properties) const;
-  std::vector<boost::shared_ptr<ICIMMethod>> BuildMethods();
+  /// The layout of this class over its superclass's.
+  boost::shared_ptr<const TPropertyLayout> LayOut(const TPropertyLayout &above) const;
+  boost::shared_ptr<const TMethodLayout> BuildMethods();
   /// This class's methods over its superclass's.
-  std::vector<boost::shared_ptr<ICIMMethod>>
-  ListMethods(std::vector<boost::shared_ptr<ICIMMethod>> built) const;
+  boost::shared_ptr<const TMethodLayout> ListMethods(const TMethodLayout &above) const;
   void ThrowIfCommitted() const;
 
   boost::weak_ptr<ICIMNamespace> cimNamespace;
@@ -124,9 +126,7 @@ private:
   bool committed = false;
   /// Settled at Commit.
   boost::shared_ptr<const TPropertyLayout> layout;
-  std::vector<boost::shared_ptr<ICIMMethod>> methods;
-  /// Keys are views of the names of the methods in methods.
-  TNameViewMap<std::size_t> methodIndex;
+  boost::shared_ptr<const TMethodLayout> methods;
 };
 
 } // namespace NVRNORV20

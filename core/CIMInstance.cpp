@@ -4,6 +4,7 @@
 #include "core/Mof.h"
 #include "core_api/ORVStatusCode.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -21,7 +22,7 @@ TCIMInstance::TCIMInstance(boost::shared_ptr<TCIMClass> instanceClass,
                            boost::weak_ptr<ICIMNamespace> ns,
                            boost::shared_ptr<const TPropertyLayout> classLayout)
     : cimClass(std::move(instanceClass)), cimNamespace(std::move(ns)),
-      layout(std::move(classLayout)), slots(layout->properties.size(), 0) {}
+      layout(std::move(classLayout)) {}
 
 std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>>
 TCIMInstance::GetKeyValues() const {
@@ -31,24 +32,33 @@ TCIMInstance::GetKeyValues() const {
   boost::shared_ptr<const TPropertyLayout> classLayout = cimClass->GetLayout();
   std::vector<std::pair<boost::shared_ptr<ICIMPropertyDecl>, TCIMValue>> keys;
   keys.reserve(classLayout->keys.size());
-  for (std::size_t position : classLayout->keys) {
-    const boost::shared_ptr<ICIMPropertyDecl> &property = classLayout->properties[position];
+  for (const auto &key : classLayout->keys) {
     if (classLayout == layout) {
-      keys.emplace_back(property, ValueAt(position));
+      keys.emplace_back(key.second, ValueAt(key.first, *key.second));
       continue;
     }
-    auto found = layout->index.find(property->GetName());
-    keys.emplace_back(property,
-                      found == layout->index.end() ? TCIMValue() : ValueAt(found->second));
+    const auto *found = layout->members.Find(key.second->GetName());
+    keys.emplace_back(key.second, found ? ValueAt(found->position, *found->item) : TCIMValue());
   }
   return keys;
 }
 
-std::size_t TCIMInstance::PositionOf(const std::string &name) const {
-  auto found = layout->index.find(name);
-  if (found == layout->index.end())
+const TNameTrie<ICIMPropertyDecl>::TEntry &TCIMInstance::EntryOf(const std::string &name) const {
+  const auto *found = layout->members.Find(name);
+  if (!found)
     Fail(kORVStatusNoSuchProperty);
-  return found->second;
+  return *found;
+}
+
+const TCIMInstance::TAssigned *TCIMInstance::AssignedAt(std::size_t position) const {
+  if (assignedIndex.empty()) {
+    for (const TAssigned &value : assigned)
+      if (value.position == position)
+        return &value;
+    return nullptr;
+  }
+  auto found = assignedIndex.find(position);
+  return found == assignedIndex.end() ? nullptr : &assigned[found->second];
 }
 
 boost::shared_ptr<ICIMClass> TCIMInstance::GetClass(const TCIMOptions &) {
@@ -89,43 +99,52 @@ boost::shared_ptr<ICIMNamespace> TCIMInstance::GetNamespace(const TCIMOptions &)
 }
 
 std::vector<boost::shared_ptr<ICIMProperty>> TCIMInstance::GetProperties(const TCIMOptions &) {
+  const std::vector<boost::shared_ptr<ICIMPropertyDecl>> declared = layout->members.Ordered();
   std::vector<boost::shared_ptr<ICIMProperty>> properties;
-  properties.reserve(slots.size());
+  properties.reserve(declared.size());
   boost::shared_ptr<TCIMInstance> self = shared_from_this();
-  for (std::size_t i = 0; i < slots.size(); ++i)
-    properties.emplace_back(new TCIMInstanceProperty(self, i));
+  for (std::size_t i = 0; i < declared.size(); ++i)
+    properties.emplace_back(new TCIMInstanceProperty(self, i, declared[i]));
   return properties;
 }
 
 TCIMValue TCIMInstance::GetPropertyValue(const std::string &name, const TCIMOptions &) {
-  return ValueAt(PositionOf(name));
+  const auto &entry = EntryOf(name);
+  return ValueAt(entry.position, *entry.item);
 }
 
 bool TCIMInstance::HasProperty(const std::string &name, const TCIMOptions &) {
-  return layout->index.count(name) != 0;
+  return layout->members.Find(name) != nullptr;
 }
 
 std::string TCIMInstance::ToMOF(const TCIMOptions &) {
+  // The values assigned, null ones too, in the class's order. A property
+  // left out takes its class's default when the MOF is read: writing the
+  // defaults again would repeat them in every instance.
+  std::vector<const TAssigned *> ordered;
+  ordered.reserve(assigned.size());
+  for (const TAssigned &value : assigned)
+    ordered.push_back(&value);
+  std::sort(ordered.begin(), ordered.end(), [](const TAssigned *left, const TAssigned *right) {
+    return left->position < right->position;
+  });
   std::string text = "instance of " + cimClass->GetName() + " {\n";
-  for (std::size_t i = 0; i < slots.size(); ++i) {
-    const TCIMValue value = ValueAt(i);
-    if (value.IsNull())
-      continue;
-    text += kMofIndent + layout->properties[i]->GetName() + " = " + value.ToMOF() + ";\n";
-  }
+  for (const TAssigned *value : ordered)
+    text += kMofIndent + value->property->GetName() + " = " + value->value.ToMOF() + ";\n";
   return text + "};";
 }
 
 boost::shared_ptr<ICIMProperty> TCIMInstance::GetPropertyDecl(const std::string &name,
                                                               const TCIMOptions &) {
+  const auto &entry = EntryOf(name);
   return boost::shared_ptr<ICIMProperty>(
-      new TCIMInstanceProperty(shared_from_this(), PositionOf(name)));
+      new TCIMInstanceProperty(shared_from_this(), entry.position, entry.item));
 }
 
 void TCIMInstance::SetPropertyValue(const std::string &name, const TCIMValue &value,
                                     const TCIMOptions &) {
-  const std::size_t position = PositionOf(name);
-  const TCIMType declared = layout->properties[position]->GetType();
+  const auto &entry = EntryOf(name);
+  const TCIMType declared = entry.item->GetType();
   TCIMValue stored;
   if (value.GetType() == kCIMTypeNone) {
     // What a failed text conversion leaves: null of the declared type.
@@ -137,38 +156,44 @@ void TCIMInstance::SetPropertyValue(const std::string &name, const TCIMValue &va
     Fail(kORVStatusTypeMismatch);
   }
   // The registry finds a committed instance by its key values.
-  if (committed && layout->properties[position]->IsKey())
+  if (committed && entry.item->IsKey())
     Fail(kORVStatusAlreadyCommitted);
-  if (slots[position] != 0) {
-    assigned[slots[position] - 1] = std::move(stored);
+  if (const TAssigned *present = AssignedAt(entry.position)) {
+    assigned[static_cast<std::size_t>(present - assigned.data())].value = std::move(stored);
     return;
   }
-  assigned.push_back(std::move(stored));
-  slots[position] = static_cast<std::uint32_t>(assigned.size());
+  assigned.push_back({entry.position, entry.item.get(), std::move(stored)});
+  if (!assignedIndex.empty()) {
+    assignedIndex.emplace(entry.position, assigned.size() - 1);
+  } else if (assigned.size() > kScannedValues) {
+    for (std::size_t i = 0; i < assigned.size(); ++i)
+      assignedIndex.emplace(assigned[i].position, i);
+  }
 }
 
 TCIMInstanceProperty::TCIMInstanceProperty(boost::shared_ptr<TCIMInstance> owner,
-                                           std::size_t propertyPosition)
-    : instance(std::move(owner)), position(propertyPosition) {}
+                                           std::size_t propertyPosition,
+                                           boost::shared_ptr<ICIMPropertyDecl> declaration)
+    : instance(std::move(owner)), position(propertyPosition), property(std::move(declaration)) {}
 
 TCIMType TCIMInstanceProperty::GetDeclaredType(const TCIMOptions &) {
-  return GetPropertyDecl()->GetType();
+  return property->GetType();
 }
 
 const std::string &TCIMInstanceProperty::GetName(const TCIMOptions &) {
-  return GetPropertyDecl()->GetName();
+  return property->GetName();
 }
 
 TCIMValue TCIMInstanceProperty::GetValue(const TCIMOptions &) {
-  return instance->ValueAt(position);
+  return instance->ValueAt(position, *property);
 }
 
 boost::shared_ptr<ICIMPropertyDecl> TCIMInstanceProperty::GetPropertyDecl(const TCIMOptions &) {
-  return instance->GetLayout().properties[position];
+  return property;
 }
 
 bool TCIMInstanceProperty::IsKey(const TCIMOptions &) {
-  return GetPropertyDecl()->IsKey();
+  return property->IsKey();
 }
 
 } // namespace NVRNORV20

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,10 +29,11 @@ public:
   TCIMInstance(boost::shared_ptr<TCIMClass> cimClass, boost::weak_ptr<ICIMNamespace> ns,
                boost::shared_ptr<const TPropertyLayout> layout);
 
-  const TPropertyLayout &GetLayout() const { return *layout; }
-  TCIMValue ValueAt(std::size_t position) const {
-    const std::uint32_t slot = slots[position];
-    return slot == 0 ? layout->properties[position]->GetValue() : assigned[slot - 1];
+  /// The value of the property declared by property at that position of
+  /// this instance's layout: the one assigned, else the default.
+  TCIMValue ValueAt(std::size_t position, ICIMPropertyDecl &property) const {
+    const TAssigned *value = AssignedAt(position);
+    return value ? value->value : property.GetValue();
   }
   /// The place in the namespace's commit order, given at Commit.
   std::uint64_t GetSequence() const { return sequence; }
@@ -61,17 +63,29 @@ public:
                         const TCIMOptions &options = TCIMOptions()) override;
 
 private:
-  /// The property's place in the layout; kORVStatusNoSuchProperty for an
+  struct TAssigned {
+    std::size_t position;
+    /// Kept alive by the layout.
+    ICIMPropertyDecl *property;
+    TCIMValue value;
+  };
+  /// Up to this many values, the one at a position is found by a scan.
+  static constexpr std::size_t kScannedValues = 16;
+
+  /// The property's entry in the layout; kORVStatusNoSuchProperty for an
   /// unknown name.
-  std::size_t PositionOf(const std::string &name) const;
+  const TNameTrie<ICIMPropertyDecl>::TEntry &EntryOf(const std::string &name) const;
+  /// Null while the property shows its default.
+  const TAssigned *AssignedAt(std::size_t position) const;
 
   boost::shared_ptr<TCIMClass> cimClass;
   boost::weak_ptr<ICIMNamespace> cimNamespace;
   boost::shared_ptr<const TPropertyLayout> layout;
-  /// Per property: 0 while it shows its default, else 1 + its place in
-  /// assigned.
-  std::vector<std::uint32_t> slots;
-  std::vector<TCIMValue> assigned;
+  /// In the order assigned.
+  std::vector<TAssigned> assigned;
+  /// Position to place in assigned, once there are more than
+  /// kScannedValues.
+  std::unordered_map<std::size_t, std::size_t> assignedIndex;
   std::uint64_t sequence = 0;
   bool committed = false;
 };
@@ -79,7 +93,8 @@ private:
 /// One property of an instance: reads the instance's current value.
 class TCIMInstanceProperty final : public ICIMProperty {
 public:
-  TCIMInstanceProperty(boost::shared_ptr<TCIMInstance> instance, std::size_t position);
+  TCIMInstanceProperty(boost::shared_ptr<TCIMInstance> instance, std::size_t position,
+                       boost::shared_ptr<ICIMPropertyDecl> property);
 
   TCIMType GetDeclaredType(const TCIMOptions &options = TCIMOptions()) override;
   const std::string &GetName(const TCIMOptions &options = TCIMOptions()) override;
@@ -91,6 +106,7 @@ public:
 private:
   boost::shared_ptr<TCIMInstance> instance;
   std::size_t position;
+  boost::shared_ptr<ICIMPropertyDecl> property;
 };
 
 } // namespace NVRNORV20

@@ -178,8 +178,8 @@ boost::shared_ptr<TCIMInstance> TCIMNamespace::FindInstance(const TCIMReference 
   if (layout->keys.empty())
     return entry->instances.begin()->second;
   std::string key = PathKeyStart(entry->cimClass->GetName());
-  for (std::size_t position : layout->keys) {
-    const boost::shared_ptr<ICIMPropertyDecl> &property = layout->properties[position];
+  for (const auto &position : layout->keys) {
+    const boost::shared_ptr<ICIMPropertyDecl> &property = position.second;
     const TCIMType declared = property->GetType();
     TCIMValue value = path.GetKeyValue(property->GetName());
     if (value.GetType() == kCIMTypeNone) {

@@ -14,7 +14,6 @@ const char kPlain[] =
 
 TEST_F(InstanceStatesTest, InstancesAndValueObjects) {
   const std::string plain = "<INSTANCE CLASSNAME=\"Plain\"/>";
-  const std::string one = "instance of Plain { s = \"default\"; };";
   const std::string syntax = Err("CIM element syntax error");
   Check(
       {
@@ -24,19 +23,19 @@ TEST_F(InstanceStatesTest, InstancesAndValueObjects) {
                     "<INSTANCE CLASSNAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"><VALUE>1"
                     "</VALUE></PROPERTY></INSTANCE>"}),
            {Ended(kORVStatusNullObject), Ended(kORVStatusNullObject)},
-           "instance of Plain { n = 1; s = \"default\"; };",
+           "instance of Plain { n = 1; };",
            "| Plain"},
           {Objects({"<INSTANCE CLASSNAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"/>"
                     "<QUALIFIER NAME=\"Description\"/></INSTANCE>"}),
            {Err("Unexpected element qualifier")},
-           one},
+           "instance of Plain { n = NULL; };"},
           // Kept as it is: a qualifier before the properties enters no state,
           // so its end tag ends the instance, and a property after it reaches
           // the value object; the end tags left over then empty the stack.
           {Objects({"<INSTANCE CLASSNAME=\"Plain\"><QUALIFIER NAME=\"Description\"/><PROPERTY "
                     "NAME=\"n\" TYPE=\"uint8\"/></INSTANCE>"}),
            {Err("Unexpected element property"), "(aborted)"},
-           one},
+           "instance of Plain { };"},
           // Value objects need their children, in order.
           {InDeclGroup("<VALUE.OBJECT></VALUE.OBJECT>"),
            {syntax, Ended(kORVStatusInvalidDocument)},

@@ -56,26 +56,27 @@ TEST_F(PropertyStatesTest, InstanceValues) {
                  "TYPE=\"string\"><VALUE.ARRAY><VALUE>x</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"
                  "<PROPERTY.REFERENCE NAME=\"Peer\"/>"),
            {},
-           "instance of Thing { Id = \"t\"; Tags = {\"x\"}; };",
+           "instance of Thing { Id = \"t\"; Count = NULL; Other = NULL; Tags = {\"x\"}; Peer = "
+           "NULL; };",
            "| Thing"},
           // Another type is reported, but the value is read as the declared
           // one; a value of another kind is not set.
           {Thing("<PROPERTY NAME=\"Count\" TYPE=\"string\"><VALUE>9</VALUE></PROPERTY>"),
            {typeError},
-           "instance of Thing { Id = \"t\"; Count = 9; Other = 5; };"},
+           "instance of Thing { Id = \"t\"; Count = 9; };"},
           {Thing("<PROPERTY.ARRAY NAME=\"Count\" TYPE=\"uint8\"/>"),
            {typeError, Ended(kORVStatusTypeMismatch)},
-           "instance of Thing { Id = \"t\"; Count = 7; Other = 5; };"},
+           "instance of Thing { Id = \"t\"; };"},
           // Kept as it is: an instance property's qualifier is read as the
           // property's own start tag, so its NAME renames the property, and
           // its end tag ends the property.
           {Thing("<PROPERTY NAME=\"Count\" TYPE=\"uint8\"><QUALIFIER NAME=\"Other\" "
                  "TYPE=\"uint8\"/></PROPERTY>"),
            {},
-           "instance of Thing { Id = \"t\"; Count = 7; };"},
+           "instance of Thing { Id = \"t\"; Other = NULL; };"},
           {Thing("<PROPERTY NAME=\"Nope\" TYPE=\"uint8\"/>"),
            {Ended(kORVStatusNoSuchProperty)},
-           "instance of Thing { Id = \"t\"; Count = 7; Other = 5; };"},
+           "instance of Thing { Id = \"t\"; };"},
       },
       {Objects({kThing})});
 }
