@@ -45,6 +45,13 @@ boost::shared_ptr<const TMethodLayout> MethodsOf(ICIMClass &cls) {
   return built;
 }
 
+/// A member's MOF on a line of its own in a class body; nothing for a
+/// member left out.
+void AppendMember(std::string &text, const std::string &mof) {
+  if (!mof.empty())
+    text += kMofIndent + mof + "\n";
+}
+
 } // namespace
 
 TCIMClass::TCIMClass(boost::weak_ptr<ICIMNamespace> ns, std::string className,
@@ -373,6 +380,12 @@ boost::shared_ptr<ICIMMethod> TCIMClass::AddMethod(const std::string &methodName
 }
 
 std::string TCIMClass::ToMOF(const TCIMOptions &) {
+  // Left out with a class whose name cannot be written: its subclasses,
+  // which name it as their superclass.
+  if (!MofNamesValid("class", name,
+                     superClassName.empty() ? std::vector<const std::string *>()
+                                            : std::vector<const std::string *>{&superClassName}))
+    return std::string();
   std::string text = MofQualifierPrefix(qualifiers.Own());
   if (!text.empty())
     text.back() = '\n'; // the class's qualifiers stand on a line of their own
@@ -381,9 +394,9 @@ std::string TCIMClass::ToMOF(const TCIMOptions &) {
     text += " : " + superClassName;
   text += " {\n";
   for (const auto &property : localProperties.Items())
-    text += kMofIndent + property->ToMOF() + "\n";
+    AppendMember(text, property->ToMOF());
   for (const auto &method : localMethods.Items())
-    text += kMofIndent + method->ToMOF() + "\n";
+    AppendMember(text, method->ToMOF());
   return text + "};";
 }
 

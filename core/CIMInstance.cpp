@@ -128,9 +128,14 @@ std::string TCIMInstance::ToMOF(const TCIMOptions &) {
   std::sort(ordered.begin(), ordered.end(), [](const TAssigned *left, const TAssigned *right) {
     return left->position < right->position;
   });
+  if (!MofNamesValid("instance of class", cimClass->GetName()))
+    return std::string();
   std::string text = "instance of " + cimClass->GetName() + " {\n";
-  for (const TAssigned *value : ordered)
-    text += kMofIndent + value->property->GetName() + " = " + value->value.ToMOF() + ";\n";
+  for (const TAssigned *value : ordered) {
+    const std::string &name = value->property->GetName();
+    if (MofNamesValid("value of property", name))
+      text += kMofIndent + name + " = " + value->value.ToMOF() + ";\n";
+  }
   return text + "};";
 }
 

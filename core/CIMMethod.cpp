@@ -30,6 +30,8 @@ bool TCIMParameter::IsCommitted(const TCIMOptions &) {
 }
 
 std::string TCIMParameter::ToMOF(const TCIMOptions &) {
+  if (!MofNamesValid("parameter", name))
+    return std::string();
   std::string text = MofQualifierPrefix(qualifiers.Own());
   if (type.GetElementType() == kCIMTypeReference)
     return text + "object REF " + name + MofArraySuffix(type, 0);
@@ -110,6 +112,13 @@ const std::string &TCIMMethod::GetClassOrigin(const TCIMOptions &) {
 }
 
 std::string TCIMMethod::ToMOF(const TCIMOptions &) {
+  // A parameter left out would change the method's signature: the whole
+  // method is left out instead.
+  std::vector<const std::string *> parameterNames;
+  for (const auto &parameter : parameters.Items())
+    parameterNames.push_back(&parameter->GetName());
+  if (!MofNamesValid("method", name, parameterNames))
+    return std::string();
   std::string text =
       MofQualifierPrefix(qualifiers.Own()) + MofTypeName(returnType) + " " + name + "(";
   bool first = true;

@@ -376,6 +376,8 @@ std::vector<std::string> TCIMNamespace::GetSubclassNames(const std::string &clas
 std::string TCIMNamespace::ToMOF(const TCIMOptions &) {
   std::string text;
   auto append = [&text](const std::string &mof) {
+    if (mof.empty())
+      return; // an object left out
     if (!text.empty())
       text += "\n";
     text += mof;

@@ -107,9 +107,14 @@ void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) 
 
 std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &) {
   const TCIMType type = GetType();
+  const bool reference = type.GetElementType() == kCIMTypeReference;
+  const std::string referenceClass = reference ? GetReferenceClassName() : std::string();
+  if (!MofNamesValid("property", name,
+                     referenceClass.empty() ? std::vector<const std::string *>()
+                                            : std::vector<const std::string *>{&referenceClass}))
+    return std::string();
   std::string text = MofQualifierPrefix(qualifiers.Own());
-  if (type.GetElementType() == kCIMTypeReference) {
-    const std::string referenceClass = GetReferenceClassName();
+  if (reference) {
     text += (referenceClass.empty() ? std::string("object") : referenceClass) + " REF " + name;
   } else {
     text += MofTypeName(type) + " " + name +

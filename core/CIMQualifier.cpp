@@ -48,6 +48,8 @@ bool TCIMQualifierDecl::IsCommitted(const TCIMOptions &) {
 }
 
 std::string TCIMQualifierDecl::ToMOF(const TCIMOptions &) {
+  if (!MofNamesValid("qualifier declaration", name))
+    return std::string();
   const TCIMType type = defaultValue.GetType();
   std::string text =
       "Qualifier " + name + " : " + MofTypeName(type) + MofArraySuffix(type, arraySize);
@@ -129,6 +131,8 @@ void TCIMQualifier::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
 }
 
 std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
+  if (!MofNamesValid("qualifier", GetName()))
+    return std::string();
   if (value.GetType() == kCIMTypeBoolean && !value.IsNull() && value.GetBoolean())
     return GetName();
   // An array value is written as an array initializer, which MOF places

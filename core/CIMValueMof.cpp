@@ -1,5 +1,8 @@
 #include "core/CIMValue.h"
 
+#include "core/Mof.h"
+#include "core_api/Logger.h"
+
 #include <cmath>
 #include <string>
 #include <utility>
@@ -9,11 +12,35 @@ namespace NVRNORV20 {
 
 namespace {
 
+const char kHex[] = "0123456789ABCDEF";
+
+void AppendHexEscape(std::string &out, unsigned char byte) {
+  out += "\\x00";
+  out += kHex[byte >> 4];
+  out += kHex[byte & 0xF];
+}
+
 // A MOF string or character body: quotes and backslashes escaped, control
-// characters by name or as \xHHHH; other bytes pass unchanged.
-void AppendMOFEscaped(std::string &out, const std::string &text, char quote) {
-  static const char kHex[] = "0123456789ABCDEF";
-  for (char c : text) {
+// characters by name or as \xHHHH, UTF-8 characters as they are. MOF text is
+// UTF-8, so a byte that begins no UTF-8 character is written as the escape
+// of its Latin-1 character, the usual origin of such bytes. False when
+// there was one.
+bool AppendMOFEscaped(std::string &out, const std::string &text, char quote) {
+  bool allUtf8 = true;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (static_cast<unsigned char>(c) >= 0x80) {
+      std::uint32_t codePoint = 0;
+      const std::size_t length = DecodeUtf8(text, i, codePoint);
+      if (length == 0) {
+        AppendHexEscape(out, static_cast<unsigned char>(c));
+        allUtf8 = false;
+      } else {
+        out.append(text, i, length);
+        i += length - 1;
+      }
+      continue;
+    }
     switch (c) {
     case '\b':
       out += "\\b";
@@ -37,21 +64,22 @@ void AppendMOFEscaped(std::string &out, const std::string &text, char quote) {
       if (c == quote) {
         out += '\\';
         out += c;
-      } else if ((c >= 0 && c < 0x20) || c == 0x7F) {
-        out += "\\x00";
-        out += kHex[(c >> 4) & 0xF];
-        out += kHex[c & 0xF];
+      } else if (c < 0x20 || c == 0x7F) {
+        AppendHexEscape(out, static_cast<unsigned char>(c));
       } else {
         out += c;
       }
       break;
     }
   }
+  return allUtf8;
 }
 
 void AppendMOFQuoted(std::string &out, const std::string &text, char quote) {
   out += quote;
-  AppendMOFEscaped(out, text, quote);
+  if (!AppendMOFEscaped(out, text, quote))
+    TRootObject::Log(3, "MOF: bytes that are not UTF-8 in a string, each written as the escape "
+                        "of its Latin-1 character");
   out += quote;
 }
 
@@ -103,7 +131,12 @@ void TCIMValue::AppendScalarMOF(std::string &out) const {
     // The CIM-XML text is the shortest that reads back as the same real; a
     // MOF real also needs its decimal point: "1e+20" becomes "1.0e+20".
     std::string real = ToString();
-    if (std::isfinite(scalar.realValue) && real.find('.') == std::string::npos) {
+    if (!std::isfinite(scalar.realValue)) {
+      TRootObject::Log(3, "MOF: the real " + real + " has no MOF form; written as NULL");
+      out += "NULL";
+      break;
+    }
+    if (real.find('.') == std::string::npos) {
       const auto exponent = real.find('e');
       real.insert(exponent == std::string::npos ? real.size() : exponent, ".0");
     }

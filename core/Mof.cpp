@@ -1,6 +1,81 @@
 #include "core/Mof.h"
 
+#include "core_api/Logger.h"
+
 namespace NVRNORV20 {
+
+namespace {
+
+bool IsAsciiLetterOrUnderscore(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
+} // namespace
+
+std::size_t DecodeUtf8(std::string_view text, std::size_t i, std::uint32_t &codePoint) {
+  const auto lead = static_cast<unsigned char>(text[i]);
+  std::size_t length = 0;
+  std::uint32_t least = 0;
+  if (lead < 0x80) {
+    codePoint = lead;
+    return 1;
+  }
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    length = 2;
+    least = 0x80;
+    codePoint = lead & 0x1Fu;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    length = 3;
+    least = 0x800;
+    codePoint = lead & 0x0Fu;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    length = 4;
+    least = 0x10000;
+    codePoint = lead & 0x07u;
+  } else {
+    return 0;
+  }
+  if (text.size() - i < length)
+    return 0;
+  for (std::size_t k = 1; k < length; ++k) {
+    const auto next = static_cast<unsigned char>(text[i + k]);
+    if ((next & 0xC0u) != 0x80u)
+      return 0;
+    codePoint = (codePoint << 6) | (next & 0x3Fu);
+  }
+  const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+  return codePoint < least || surrogate || codePoint > 0x10FFFF ? 0 : length;
+}
+
+bool IsMofIdentifier(std::string_view name) {
+  if (name.empty())
+    return false;
+  for (std::size_t i = 0; i < name.size();) {
+    if (IsAsciiLetterOrUnderscore(name[i]) || (i != 0 && name[i] >= '0' && name[i] <= '9')) {
+      ++i;
+      continue;
+    }
+    std::uint32_t codePoint = 0;
+    const std::size_t length = DecodeUtf8(name, i, codePoint);
+    if (length == 0 || codePoint < 0x80 || codePoint > 0xFFEF)
+      return false;
+    i += length;
+  }
+  return true;
+}
+
+bool MofNamesValid(const char *kind, const std::string &name,
+                   const std::vector<const std::string *> &others) {
+  const std::string *invalid = IsMofIdentifier(name) ? nullptr : &name;
+  for (const std::string *other : others)
+    if (invalid == nullptr && !IsMofIdentifier(*other))
+      invalid = other;
+  if (invalid == nullptr)
+    return true;
+  TRootObject::Log(3, std::string("MOF: ") + kind + " '" + name + "' left out: '" + *invalid +
+                          "' is not a valid CIM name");
+  return false;
+}
 
 const char *const kMofIndent = "    ";
 
@@ -20,8 +95,11 @@ std::string MofQualifierPrefix(const std::vector<boost::shared_ptr<ICIMQualifier
   for (const auto &qualifier : qualifiers) {
     if (qualifier->IsPropagated())
       continue;
+    const std::string mof = qualifier->ToMOF();
+    if (mof.empty())
+      continue;
     text += text.empty() ? "[" : ", ";
-    text += qualifier->ToMOF();
+    text += mof;
   }
   if (!text.empty())
     text += "] ";

@@ -1,5 +1,7 @@
 #include "support/Fixtures.h"
 
+#include <cmath>
+
 namespace orvtest {
 namespace {
 
@@ -133,6 +135,54 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
             std::uint32_t{D::kScopeAny} + D::kFlavorDefault);
   EXPECT_TRUE(declaration->GetDefaultValue().IsNull() && !declaration->IsArray() &&
               declaration->IsCommitted() && declaration->GetType() == kCIMTypeString);
+}
+
+// What MOF cannot spell never reaches it as it is: a name that is not a CIM
+// identifier leaves its element out with a line saying so (a class takes
+// its subclasses along, a method its signature), stray bytes become
+// escapes and reals without a MOF form NULL.
+TEST_F(CIMClassTest, MofLeavesOutWhatItCannotSpell) {
+  TCapturingLogger logger;
+  const std::string forged = "A {};\ninstance of Evil { X = 1; };\nclass B";
+  ns->CreateClass("Sub", ns->CreateClass(forged, nullptr))->Commit();
+  ns->CreateQualifierDecl("Q\n[0]", TCIMValue(false), D::kScopeAny, D::kFlavorDefault);
+  auto cls = Class("C_\xC3\xA9");
+  Qualify(*cls, "Q\n[0]", TCIMValue(true));
+  Qualify(*cls, "Abstract", TCIMValue(true));
+  cls->AddProperty("p q; uint8 r", TCIMValue("x"));
+  TCIMReference target;
+  target.SetClassName("X;Y");
+  cls->AddProperty("R", TCIMValue(target));
+  cls->AddMethod("M", TCIMType(kCIMTypeUint8))->AddParameter("a b", TCIMType(kCIMTypeUint8));
+  cls->AddProperty("S", TCIMValue("a\xFF\xED\xA0\x80\xC3\xA9\x9B"));
+  cls->AddProperty("F", TCIMValue::MakeReal(kCIMTypeReal64, std::nan("")));
+  cls->AddProperty("G", TCIMValue::MakeReal(kCIMTypeReal32, -HUGE_VAL));
+  cls->Commit();
+  auto instance = cls->CreateInstance();
+  instance->SetPropertyValue("p Q; uint8 r", TCIMValue("y"));
+  instance->SetPropertyValue("F", TCIMValue::MakeReal(kCIMTypeReal64, 2.5));
+  instance->Commit();
+  const std::string mof = ns->ToMOF();
+  const std::string left = "' is not a valid CIM name", logged = "A {};\\x0Ainstance of Evil { "
+                                                                 "X = 1; };\\x0Aclass B";
+  EXPECT_EQ(mof.substr(mof.find("[Abstract]")),
+            "[Abstract]\nclass C_\xC3\xA9 {\n    string S = "
+            "\"a\\x00FF\\x00ED\\x00A0\\x0080\xC3\xA9\\x009B\";\n    real64 F = NULL;\n"
+            "    real32 G = NULL;\n};\n\ninstance of C_\xC3\xA9 {\n    F = 2.5;\n};\n");
+  EXPECT_EQ(logger.Texts(),
+            std::vector<std::string>(
+                {"MOF: qualifier declaration 'Q\\x0A[0]' left out: 'Q\\x0A[0]" + left,
+                 "MOF: class '" + logged + "' left out: '" + logged + left,
+                 "MOF: class 'Sub' left out: '" + logged + left,
+                 "MOF: qualifier 'Q\\x0A[0]' left out: 'Q\\x0A[0]" + left,
+                 "MOF: property 'p q; uint8 r' left out: 'p q; uint8 r" + left,
+                 "MOF: property 'R' left out: 'X;Y" + left,
+                 "MOF: bytes that are not UTF-8 in a string, each written as the escape of its "
+                 "Latin-1 character",
+                 "MOF: the real NaN has no MOF form; written as NULL",
+                 "MOF: the real -INF has no MOF form; written as NULL",
+                 "MOF: method 'M' left out: 'a b" + left,
+                 "MOF: value of property 'p q; uint8 r' left out: 'p q; uint8 r" + left}));
 }
 
 } // namespace
