@@ -2,7 +2,8 @@
 // registering, comparing and releasing instances whose reference keys nest
 // deep, reading a document that nests references deeper than the parser
 // takes, building paths with many keys and elements with many qualifiers,
-// and tokenizing a tag with many attributes. Items per second should stay flat from the small to
+// tokenizing a tag with many attributes, and committing a long chain of
+// classes. Items per second should stay flat from the small to
 // the large argument.
 #include "cimxml/CIMXMLParser.h"
 #include "core_api/CIMInterfaces.h"
@@ -148,6 +149,22 @@ void BM_PropertyWithManyQualifiers(benchmark::State &state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_PropertyWithManyQualifiers)->Arg(16)->Arg(1000)->Arg(40000);
+
+void BM_ClassChain(benchmark::State &state) {
+  // Each class of the chain adds one property to all it inherits.
+  for (auto _ : state) {
+    auto ns = CreateCIMNamespace("root/bench");
+    boost::shared_ptr<ICIMClass> leaf;
+    for (std::int64_t level = 0; level < state.range(0); ++level) {
+      leaf = ns->CreateClass("C" + std::to_string(level), leaf);
+      leaf->AddProperty("P" + std::to_string(level), TCIMValue("x"));
+      leaf->Commit();
+    }
+    benchmark::DoNotOptimize(leaf->HasProperty("P0"));
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_ClassChain)->Arg(16)->Arg(1000)->Arg(10000);
 
 /// Counts the attributes of each start tag and nothing else.
 class TAttributeCounter : public TXmlParser {
