@@ -79,21 +79,30 @@ std::vector<TCIMClass *> TCIMClass::UncommittedChain(ICIMClass *&above) {
   return chain;
 }
 
-boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
+template <class TLayout>
+boost::shared_ptr<const TLayout>
+TCIMClass::BuildOnChain(boost::shared_ptr<const TLayout> TCIMClass::*settled,
+                        boost::shared_ptr<const TLayout> (*foreign)(ICIMClass &),
+                        boost::shared_ptr<const TLayout> (TCIMClass::*extend)(const TLayout &)
+                            const) {
   // Ancestors not yet committed have no layout either: the chain of them is
   // laid out from its top down, each on the one above, in a loop.
   ICIMClass *above = nullptr;
   const std::vector<TCIMClass *> chain = UncommittedChain(above);
-  boost::shared_ptr<const TPropertyLayout> built;
+  boost::shared_ptr<const TLayout> built;
   if (auto *own = dynamic_cast<TCIMClass *>(above))
-    built = own->layout;
+    built = own->*settled;
   else if (above)
-    built = LayoutOf(*above);
+    built = foreign(*above);
   else
-    built.reset(new TPropertyLayout);
+    built.reset(new TLayout);
   for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls)
-    built = (*cls)->LayOut(*built);
+    built = ((*cls)->*extend)(*built);
   return built;
+}
+
+boost::shared_ptr<const TPropertyLayout> TCIMClass::BuildLayout() {
+  return BuildOnChain(&TCIMClass::layout, &LayoutOf, &TCIMClass::LayOut);
 }
 
 boost::shared_ptr<const TPropertyLayout> TCIMClass::LayOut(const TPropertyLayout &above) const {
@@ -121,19 +130,7 @@ boost::shared_ptr<const TPropertyLayout> TCIMClass::LayOut(const TPropertyLayout
 }
 
 boost::shared_ptr<const TMethodLayout> TCIMClass::BuildMethods() {
-  // As BuildLayout: the uncommitted chain above, from its top down.
-  ICIMClass *above = nullptr;
-  const std::vector<TCIMClass *> chain = UncommittedChain(above);
-  boost::shared_ptr<const TMethodLayout> built;
-  if (auto *own = dynamic_cast<TCIMClass *>(above))
-    built = own->methods;
-  else if (above)
-    built = MethodsOf(*above);
-  else
-    built.reset(new TMethodLayout);
-  for (auto cls = chain.rbegin(); cls != chain.rend(); ++cls)
-    built = (*cls)->ListMethods(*built);
-  return built;
+  return BuildOnChain(&TCIMClass::methods, &MethodsOf, &TCIMClass::ListMethods);
 }
 
 boost::shared_ptr<const TMethodLayout> TCIMClass::ListMethods(const TMethodLayout &above) const {

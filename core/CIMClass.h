@@ -109,6 +109,15 @@ private:
   /// This class and its ancestors up to the first committed one (or one of
   /// another model), which is left in above (null when there is none).
   std::vector<TCIMClass *> UncommittedChain(ICIMClass *&above);
+  /// A layout of this class not yet committed: the uncommitted chain above
+  /// it laid out from its top down, each class with extend over the one
+  /// above, starting from the settled layout of the first committed
+  /// ancestor (or foreign's of one of another model).
+  template <class TLayout>
+  boost::shared_ptr<const TLayout>
+  BuildOnChain(boost::shared_ptr<const TLayout> TCIMClass::*settled,
+               boost::shared_ptr<const TLayout> (*foreign)(ICIMClass &),
+               boost::shared_ptr<const TLayout> (TCIMClass::*extend)(const TLayout &) const);
   boost::shared_ptr<const TPropertyLayout> BuildLayout();
   /// The layout of this class over its superclass's.
   boost::shared_ptr<const TPropertyLayout> LayOut(const TPropertyLayout &above) const;
