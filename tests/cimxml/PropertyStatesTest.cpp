@@ -29,6 +29,13 @@ TEST_F(PropertyStatesTest, DeclarationsTakeTheirDefaultFromTheValueOrTheKind) {
       {InClassC("<PROPERTY.ARRAY NAME=\"p\" TYPE=\"uint8\"><VALUE/></PROPERTY.ARRAY>"),
        {Err("Unexpected element value")},
        "class C { uint8 p[]; };"},
+      // Kept as it is: a default that does not read as its type leaves the
+      // property without one, and an array element a null, with no line.
+      {InClassC("<PROPERTY NAME=\"p\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY><PROPERTY.ARRAY"
+                " NAME=\"a\" TYPE=\"uint8\"><VALUE.ARRAY><VALUE>1</VALUE><VALUE>x</VALUE>"
+                "</VALUE.ARRAY></PROPERTY.ARRAY>"),
+       {},
+       "class C { void p; uint8 a[] = {1, NULL}; };"},
   });
 }
 
