@@ -22,8 +22,12 @@ function(orv_add_library name buildingMacro)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/orv>)
   target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
                  FILES ${arg_PUBLIC_HEADERS})
+  # Only what ORV_EXPORT marks leaves the library; calls inside it need no
+  # look-up through the symbol table and may be inlined.
   set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION}
-                        SOVERSION ${PROJECT_VERSION_MAJOR})
+                        SOVERSION ${PROJECT_VERSION_MAJOR}
+                        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_options(${name} PRIVATE -fno-semantic-interposition)
   target_compile_definitions(${name} PRIVATE ${buildingMacro})
   orv_set_warnings(${name})
 endfunction()
