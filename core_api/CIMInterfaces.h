@@ -380,6 +380,15 @@ public:
 /// A new, empty in-memory namespace.
 ORVCORE_API boost::shared_ptr<ICIMNamespace> CreateCIMNamespace(const std::string &name);
 
+/// A new, uncommitted instance of a class that the namespace need not
+/// define: its properties are the ones set on it, in the order first set,
+/// each declared with the type of the first value given (an untyped null
+/// declares no type). ns (may be empty) is the namespace its path names.
+/// It has no class, so Commit throws kORVStatusNotSupported; an empty class
+/// name throws kORVStatusInvalidArgument.
+ORVCORE_API boost::shared_ptr<ICIMInstance>
+CreateStandaloneInstance(const std::string &className, boost::shared_ptr<ICIMNamespace> ns);
+
 } // namespace NVRNORV20
 
 #endif

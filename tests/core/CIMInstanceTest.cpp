@@ -124,5 +124,90 @@ TEST_F(CIMInstanceTest, PathsComeFromInheritedKeysOrAreSharedWithoutKeys) {
   EXPECT_EQ(StatusOf([&] { ns->DeleteClass("Setting"); }), kORVStatusClassHasInstances);
 }
 
+// Instances of classes that the namespace does not define.
+class CIMStandaloneInstanceTest : public TModelTest {
+protected:
+  boost::shared_ptr<ICIMInstance> instance = CreateStandaloneInstance("ORV_Remote", ns);
+};
+
+// Each property is declared by its first value; an untyped null declares
+// no type, so the next value does. Names match in any case.
+TEST_F(CIMStandaloneInstanceTest, FirstValueDeclaresTheType) {
+  const TCIMType none(kCIMTypeNone), uint32(kCIMTypeUint32), string(kCIMTypeString);
+  const struct {
+    const char *name;
+    TCIMValue value;
+    EORVStatusCode status;
+    TCIMType declared;
+    TCIMValue after;
+  } steps[] = {
+      {"Count", Uint32(5), kORVStatusOK, uint32, Uint32(5)},
+      {"COUNT", TCIMValue("5"), kORVStatusTypeMismatch, uint32, Uint32(5)},
+      {"count", TCIMValue::MakeUnsigned(kCIMTypeUint64, 5), kORVStatusTypeMismatch, uint32,
+       Uint32(5)},
+      {"count", TCIMValue(), kORVStatusOK, uint32, TCIMValue(uint32, 0)},
+      {"Later", TCIMValue(), kORVStatusOK, none, TCIMValue()},
+      {"LATER", TCIMValue("x"), kORVStatusOK, string, TCIMValue("x")},
+      {"later", Uint32(1), kORVStatusTypeMismatch, string, TCIMValue("x")},
+  };
+  for (const auto &step : steps) {
+    SCOPED_TRACE(step.name);
+    EXPECT_EQ(StatusOf([&] { instance->SetPropertyValue(step.name, step.value); }), step.status);
+    EXPECT_EQ(instance->GetPropertyValue(step.name), step.after);
+    EXPECT_EQ(instance->GetPropertyDecl(step.name)->GetDeclaredType(), step.declared);
+  }
+  EXPECT_EQ(Names(instance->GetProperties()), (std::vector<std::string>{"Count", "Later"}));
+  EXPECT_EQ(StatusOf([&] { instance->SetPropertyValue("", Uint32(1)); }),
+            kORVStatusInvalidArgument);
+  EXPECT_EQ(StatusOf([] { CreateStandaloneInstance("", nullptr); }), kORVStatusInvalidArgument);
+}
+
+// The KEY option marks (or clears) keys, which make the path; without the
+// option a mark stays. No class, so no commit and no declarations.
+TEST_F(CIMStandaloneInstanceTest, KeysMakeThePathButNothingCommits) {
+  const TCIMOptions key{{"KEY", TCIMValue(true)}}, notKey{{"KEY", TCIMValue(false)}};
+  instance->SetPropertyValue("Slot", Uint32(2), key);
+  instance->SetPropertyValue("Name", TCIMValue("disk"));
+  instance->SetPropertyValue("Id", TCIMValue("d1"), key);
+  instance->SetPropertyValue("Note", TCIMValue());
+  instance->SetPropertyValue("NAME", TCIMValue("disk"), key);
+  instance->SetPropertyValue("ID", TCIMValue("d1"), notKey);
+  instance->SetPropertyValue("SLOT", Uint32(3));
+  EXPECT_EQ(instance->GetPath().ToString(), "root/test:ORV_Remote.Slot=3,Name=\"disk\"");
+  std::vector<bool> keys;
+  for (const auto &property : instance->GetProperties())
+    keys.push_back(property->IsKey());
+  EXPECT_EQ(keys, (std::vector<bool>{true, true, false, false}));
+  EXPECT_EQ(instance->GetPropertyDecl("note")->GetPropertyDecl(), nullptr);
+  EXPECT_EQ(instance->ToMOF(), "instance of ORV_Remote {\n    Slot = 3;\n    Name = \"disk\";\n"
+                               "    Id = \"d1\";\n    Note = NULL;\n};");
+
+  EXPECT_EQ(instance->GetClass(), nullptr);
+  EXPECT_EQ(StatusOf([&] { instance->Commit(); }), kORVStatusNotSupported);
+  EXPECT_FALSE(instance->IsCommitted());
+  EXPECT_TRUE(ns->GetInstances("", false).empty());
+  EXPECT_FALSE(instance->HasProperty("Missing"));
+  EXPECT_EQ(StatusOf([&] { instance->GetPropertyValue("Missing"); }), kORVStatusNoSuchProperty);
+  EXPECT_EQ(StatusOf([&] { instance->GetPropertyDecl("Missing"); }), kORVStatusNoSuchProperty);
+  EXPECT_EQ(instance->GetNamespace(), ns);
+  ns.reset(); // held weakly
+  EXPECT_EQ(instance->GetNamespace(), nullptr);
+}
+
+// Past the names that a scan finds, an index finds them in any case; a
+// scan of them all would make this test run for minutes.
+TEST_F(CIMStandaloneInstanceTest, ManyPropertiesAreFoundByName) {
+  constexpr std::uint64_t kProperties = 100000;
+  for (std::uint64_t i = 0; i < kProperties; ++i)
+    instance->SetPropertyValue("P" + std::to_string(i), Uint32(i));
+  for (std::uint64_t i = 0; i < kProperties; i += 997)
+    instance->SetPropertyValue("p" + std::to_string(i), Uint32(i + 1));
+  ASSERT_EQ(instance->GetProperties().size(), kProperties);
+  for (std::uint64_t i = 0; i < 40; ++i)
+    EXPECT_EQ(instance->GetPropertyValue("P" + std::to_string(i * 997)), Uint32(i * 997 + 1)) << i;
+  EXPECT_EQ(instance->GetPropertyValue("P99999"), Uint32(99999));
+  EXPECT_FALSE(instance->HasProperty("P100000"));
+}
+
 } // namespace
 } // namespace orvtest
