@@ -1,5 +1,6 @@
 #include "cimxml/CIMXMLParser.h"
 
+#include "cimxml/states/ReferenceStates.h"
 #include "cimxml/states/RootStates.h"
 #include "core_api/CIMDateTime.h"
 #include "core_api/Logger.h"
@@ -7,6 +8,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <cassert>
 #include <climits>
 #include <cstring>
@@ -68,6 +70,14 @@ TCIMXMLParser &TCIMXMLParser::operator=(const TCIMXMLParser &other) {
   characterData = other.characterData;
   qn402Mode = other.qn402Mode;
   parseUnfinished = other.parseUnfinished;
+  readOptions = other.readOptions;
+  handler = other.handler;
+  scratchNamespace = other.scratchNamespace;
+  objectsDelivered = other.objectsDelivered;
+  operationsDelivered = other.operationsDelivered;
+  messagesDelivered = other.messagesDelivered;
+  operationOpen = nullptr;
+  roleOpen = other.roleOpen;
   return *this;
 }
 
@@ -82,6 +92,12 @@ void TCIMXMLParser::Parse(char *buffer) {
     characterData.clear();
   }
   parseUnfinished = true;
+  // Objects, operations and messages are numbered per document.
+  objectsDelivered = 0;
+  operationsDelivered = 0;
+  messagesDelivered = 0;
+  operationOpen = nullptr;
+  roleOpen.clear();
   TXmlParser::Parse(buffer);
   parseUnfinished = stateStack.size() != 1;
 }
@@ -132,9 +148,21 @@ void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
   if (stateStack.empty() || !stateStack.back())
     throw TORVException();
   TParseState &top = *stateStack.back();
+  const std::size_t depth = stateStack.size();
   try {
     top.ChildElement(*this, folded, attributes);
   } catch (TORVException &ex) {
+    if (readOptions.grammar == ECIMXMLGrammar::kFull) {
+      // The full grammar drops a rejected element with all it holds, so
+      // that its content and end tag reach no other state. What the object
+      // model refused has no line yet.
+      if (ex.GetStatusCode() != kORVStatusInvalidDocument)
+        LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":Element " +
+                      std::string(name != nullptr ? name : "") + " dropped: " + ex.what());
+      stateStack.resize(std::min(stateStack.size(), depth));
+      stateStack.push_back(boost::make_shared<TStateDropped>());
+      return;
+    }
     // The message is already logged where the exception was raised; the
     // tokenizer learns of the two rejections that change how it reads on
     // through these entries. insert() keeps an entry the element already had.
@@ -181,6 +209,10 @@ void TCIMXMLParser::FatalError(const char *message) {
   LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":" +
                 (message != nullptr ? message : ""));
   throw TORVException(TORVStatusCode(kORVStatusInvalidDocument));
+}
+
+void TCIMXMLParser::SetReadOptions(const TCIMXMLReadOptions &options) {
+  readOptions = options;
 }
 
 std::vector<boost::shared_ptr<ICIMClass>> TCIMXMLParser::GetClassesCollected() const {
@@ -329,6 +361,13 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
   try {
     result = TCIMValue(TCIMType(type), text, ns);
   } catch (TORVException &ex) {
+    if (readOptions.grammar == ECIMXMLGrammar::kFull) {
+      // The full grammar says what it could not read, datetimes included,
+      // and leaves the value null of its type.
+      LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":Value '" + text +
+                    "' is not a valid " + type.GetName() + ": " + ex.what());
+      return TCIMValue(type, 0);
+    }
     // A bad datetime must not cost the whole property: it is read as the
     // epoch and said so. Other unreadable text leaves the value null.
     if (ex.GetStatusCode() == kORVStatusInvalidDateTime) {
@@ -362,9 +401,11 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
   if (phase < 0 || phase > lastPhase)
     parser.FatalError("Parser state corrupt");
   const TChildRow *found = nullptr;
+  const std::uint8_t grammar = IsFull(parser) ? kFullGrammar : kClassicGrammar;
   for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
     const TChildRow &row = rows[i];
-    if (phase >= row.firstPhase && phase <= row.lastPhase && name.size() == std::strlen(row.name) &&
+    if ((row.grammars & grammar) != 0 && phase >= row.firstPhase && phase <= row.lastPhase &&
+        name.size() == std::strlen(row.name) &&
         std::memcmp(name.data(), row.name, name.size()) == 0)
       found = &row;
   }
@@ -380,6 +421,8 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
     phase = found->phaseAfter;
   if (found->enter != nullptr) {
     TParseStatePtr child = found->enter(parser, *this);
+    if (grammar == kFullGrammar)
+      child->line = parser.GetCurLine();
     parser.stateStack.push_back(child);
   }
   parser.stateStack.back()->ElementStart(parser, attributes);
@@ -412,6 +455,118 @@ void TCIMXMLParser::TParseState::Push(TCIMXMLParser &parser, const TParseStatePt
 void TCIMXMLParser::TParseState::Pop(TCIMXMLParser &parser) {
   if (!parser.stateStack.empty())
     parser.stateStack.pop_back();
+}
+
+boost::shared_ptr<ICIMNamespace> TCIMXMLParser::TParseState::Scratch(TCIMXMLParser &parser) {
+  if (!parser.scratchNamespace)
+    parser.scratchNamespace = CreateCIMNamespace(parser.LockNamespace()->GetName());
+  return parser.scratchNamespace;
+}
+
+boost::shared_ptr<ICIMNamespace> TCIMXMLParser::TParseState::RenewScratch(TCIMXMLParser &parser) {
+  parser.scratchNamespace.reset();
+  return Scratch(parser);
+}
+
+boost::shared_ptr<ICIMClass> TCIMXMLParser::TParseState::FindClass(TCIMXMLParser &parser,
+                                                                   const std::string &name) {
+  if (name.empty())
+    return boost::shared_ptr<ICIMClass>();
+  // A registering parse finds the namespace's classes first; one that only
+  // returns finds what it read itself first.
+  boost::shared_ptr<ICIMNamespace> ns = parser.LockNamespace();
+  const bool scratchFirst = !Registers(parser);
+  if (scratchFirst && parser.scratchNamespace && parser.scratchNamespace->HasClass(name))
+    return parser.scratchNamespace->GetClass(name);
+  if (ns->HasClass(name))
+    return ns->GetClass(name);
+  if (!scratchFirst && parser.scratchNamespace && parser.scratchNamespace->HasClass(name))
+    return parser.scratchNamespace->GetClass(name);
+  return boost::shared_ptr<ICIMClass>();
+}
+
+void TCIMXMLParser::TParseState::Deliver(TCIMXMLParser &parser, TCIMXMLObject &object) {
+  object.sequence = parser.objectsDelivered++;
+  if (parser.operationOpen != nullptr) {
+    object.operation = static_cast<std::ptrdiff_t>(parser.operationOpen->sequence);
+    object.role = parser.roleOpen;
+  }
+  if (parser.handler != nullptr) {
+    parser.handler->Object(object);
+    return;
+  }
+  if (object.kind == TCIMXMLObject::EKind::kClass)
+    parser.classesCollected.push_back(object.cimClass);
+  else if (object.kind == TCIMXMLObject::EKind::kInstance)
+    parser.instancesCollected.push_back(object.instance);
+}
+
+void TCIMXMLParser::TParseState::Deliver(TCIMXMLParser &parser, TCIMXMLOperation &operation) {
+  ++parser.operationsDelivered;
+  if (parser.handler != nullptr)
+    parser.handler->Operation(operation);
+}
+
+void TCIMXMLParser::TParseState::Deliver(TCIMXMLParser &parser, TCIMXMLMessage &message) {
+  ++parser.messagesDelivered;
+  if (parser.handler != nullptr)
+    parser.handler->Message(message);
+}
+
+void TCIMXMLParser::TParseState::DeliverClass(TCIMXMLParser &parser,
+                                              const boost::shared_ptr<ICIMClass> &cls,
+                                              const TCIMXMLPath *path, unsigned line) {
+  ICIMClass &committed = Require(cls);
+  committed.Commit();
+  TCIMXMLObject object;
+  object.kind = TCIMXMLObject::EKind::kClass;
+  object.cimClass = cls;
+  object.registered = committed.GetNamespace() == parser.cimNamespace.lock();
+  object.hasPath = path != nullptr;
+  if (path != nullptr)
+    object.path = *path;
+  object.line = line;
+  Deliver(parser, object);
+}
+
+void TCIMXMLParser::TParseState::DeliverInstance(TCIMXMLParser &parser,
+                                                 const boost::shared_ptr<ICIMInstance> &instance,
+                                                 const TCIMXMLPath *path, unsigned line) {
+  ICIMInstance &read = Require(instance);
+  TCIMXMLObject object;
+  boost::shared_ptr<ICIMClass> cls = read.GetClass();
+  if (Registers(parser) && cls && cls->GetNamespace() == parser.cimNamespace.lock()) {
+    try {
+      read.Commit();
+      object.registered = true;
+    } catch (TORVException &error) {
+      // Handed back all the same: a second copy of an instance is still
+      // what the document says.
+      Report(parser, "Instance of " + read.GetClassName() + " not registered: " + error.what());
+    }
+  }
+  object.kind = TCIMXMLObject::EKind::kInstance;
+  object.instance = instance;
+  object.hasPath = path != nullptr;
+  if (path != nullptr)
+    object.path = *path;
+  object.line = line;
+  Deliver(parser, object);
+}
+
+void TCIMXMLParser::TParseState::DeliverPath(TCIMXMLParser &parser, const TCIMXMLPath &path,
+                                             unsigned line) {
+  TCIMXMLObject object;
+  object.kind = path.kind == TCIMXMLPath::EKind::kInstance ? TCIMXMLObject::EKind::kInstancePath
+                                                           : TCIMXMLObject::EKind::kClassPath;
+  object.hasPath = true;
+  object.path = path;
+  object.line = line;
+  Deliver(parser, object);
+}
+
+void TCIMXMLParser::TParseState::Report(TCIMXMLParser &parser, const std::string &message) {
+  LogParseError("CIM-XML Parser line " + std::to_string(parser.GetCurLine()) + ":" + message);
 }
 
 void TCIMXMLParser::TParseState::ThrowMissingObject() {

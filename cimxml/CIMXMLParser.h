@@ -5,6 +5,7 @@
 #ifndef ORV_CIMXML_CIMXMLPARSER_H
 #define ORV_CIMXML_CIMXMLPARSER_H
 
+#include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/CIMValue.h"
 #include "core_api/ORVExport.h"
@@ -61,6 +62,7 @@ public:
   class TStateParameterRefArray;
   // Instances and value objects:
   class TStateInstance;
+  class TStateInstanceQualifier;
   class TStateValueObject;
   class TStateValueNamedInstance;
   class TStateValueNamedObject;
@@ -92,6 +94,25 @@ public:
   class TStateMethodResponse;
   class TStateError;
   class TStateIReturnValue;
+  // Elements that only the full grammar reads:
+  class TStateValueNull;
+  class TStateValueRefArray;
+  class TStateValueInstanceWithPath;
+  class TStateObjectPath;
+  class TStateMethodCall;
+  class TStateParamValue;
+  class TStateReturnValue;
+  class TStateCorrelator;
+  class TStateOperation;
+  class TStateExtrinsicResponse;
+  class TStateMultiRsp;
+  class TStateExpRequest;
+  class TStateMultiExpReq;
+  class TStateExpMethodCall;
+  class TStateExpParamValue;
+  class TStateExpResponse;
+  class TStateMultiExpRsp;
+  class TStateExpMethodResponse;
 
   /// The largest document, in bytes, that the loaders read whole; larger
   /// ones are cut.
@@ -127,6 +148,15 @@ public:
   void notationDecl(const char *name, const char *publicId, const char *systemId) override;
   /// Logs "CIM-XML Parser line N:" + message at level 3 and throws status 9.
   [[noreturn]] void FatalError(const char *message) override;
+
+  /// Chooses the grammar, and where the full grammar puts what it reads,
+  /// for the parses that follow. The default is the classic grammar.
+  void SetReadOptions(const TCIMXMLReadOptions &options);
+  const TCIMXMLReadOptions &GetReadOptions() const { return readOptions; }
+  /// The full grammar hands every object, operation and message to the
+  /// handler (not owned; it must outlive the parses). Without one, it keeps
+  /// the classes and instances it reads in the collections below.
+  void SetHandler(ICIMXMLHandler *documentHandler) { handler = documentHandler; }
 
   std::vector<boost::shared_ptr<ICIMClass>> GetClassesCollected() const;
   std::vector<boost::shared_ptr<ICIMInstance>> GetInstancesCollected() const;
@@ -170,6 +200,22 @@ private:
   /// Set while a parse runs, and after one that ended early.
   bool parseUnfinished = false;
 
+  // The full grammar's own data.
+  TCIMXMLReadOptions readOptions;
+  ICIMXMLHandler *handler = nullptr;
+  /// Where objects go that must not, or cannot, go into the namespace:
+  /// classes and declarations read only to be returned, and the empty
+  /// superclasses that stand in for classes the namespace lacks.
+  boost::shared_ptr<ICIMNamespace> scratchNamespace;
+  /// How many objects, operations and messages this document has given.
+  std::size_t objectsDelivered = 0;
+  std::size_t operationsDelivered = 0;
+  std::size_t messagesDelivered = 0;
+  /// The operation whose element is open, and the role its objects play
+  /// (the parameter's name, "" for the return value).
+  TCIMXMLOperation *operationOpen = nullptr;
+  std::string roleOpen;
+
   /// Element names are folded into this buffer, reused from element to
   /// element, so that a name costs no allocation once the buffer is long
   /// enough.
@@ -212,6 +258,8 @@ public:
 
   /// How far through its content model the state has come.
   std::int32_t phase;
+  /// The line of the element's start tag; kept by the full grammar only.
+  unsigned line = 0;
 
 protected:
   /// Builds a child's state from the state that accepts it.
@@ -232,7 +280,12 @@ protected:
     std::int32_t lastPhase;
     std::int32_t phaseAfter;
     TEnter enter;
+    /// The grammars that accept the row (kBothGrammars, kFullGrammar).
+    std::uint8_t grammars = kBothGrammars;
   };
+  static constexpr std::uint8_t kClassicGrammar = 1;
+  static constexpr std::uint8_t kFullGrammar = 2;
+  static constexpr std::uint8_t kBothGrammars = kClassicGrammar | kFullGrammar;
 
   /// The one way a child's state is built: a state whose constructor takes
   /// (parser, parent) binds the parent's fields that it writes its result
@@ -254,6 +307,32 @@ protected:
   /// A row of a state whose children come in any order and number.
   template <class TChild, class TParent> static constexpr TChildRow Child(const char *name) {
     return Child<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
+  }
+  /// A row that only the full grammar accepts.
+  template <class TChild, class TParent>
+  static constexpr TChildRow FullChild(const char *name, std::int32_t firstPhase,
+                                       std::int32_t lastPhase, std::int32_t phaseAfter) {
+    return TChildRow{name,        firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>,
+                     kFullGrammar};
+  }
+  template <class TChild, class TParent> static constexpr TChildRow FullChild(const char *name) {
+    return FullChild<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
+  }
+  /// A row that only the classic grammar accepts.
+  template <class TChild, class TParent>
+  static constexpr TChildRow ClassicChild(const char *name, std::int32_t firstPhase,
+                                          std::int32_t lastPhase, std::int32_t phaseAfter) {
+    return TChildRow{name,           firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>,
+                     kClassicGrammar};
+  }
+  template <class TChild, class TParent> static constexpr TChildRow ClassicChild(const char *name) {
+    return ClassicChild<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
+  }
+  /// A row of the classic grammar whose element is accepted without a
+  /// state of its own.
+  static constexpr TChildRow ClassicIgnored(const char *name, std::int32_t firstPhase,
+                                            std::int32_t lastPhase, std::int32_t phaseAfter) {
+    return TChildRow{name, firstPhase, lastPhase, phaseAfter, nullptr, kClassicGrammar};
   }
   /// A row whose element is accepted without a state of its own.
   static constexpr TChildRow Ignored(const char *name, std::int32_t firstPhase,
@@ -313,6 +392,55 @@ protected:
   static void Collect(TCIMXMLParser &parser, const boost::shared_ptr<ICIMInstance> &instance) {
     parser.instancesCollected.push_back(instance);
   }
+  // The full grammar's services.
+  static bool IsFull(const TCIMXMLParser &parser) {
+    return parser.readOptions.grammar == ECIMXMLGrammar::kFull;
+  }
+  static bool Registers(const TCIMXMLParser &parser) {
+    return parser.readOptions.registration == ECIMXMLRegistration::kRegister;
+  }
+  /// The namespace that holds what is read only to be returned.
+  static boost::shared_ptr<ICIMNamespace> Scratch(TCIMXMLParser &parser);
+  /// A new, empty scratch namespace in place of the old one, whose objects
+  /// live on in what holds them.
+  static boost::shared_ptr<ICIMNamespace> RenewScratch(TCIMXMLParser &parser);
+  /// Where a new class or qualifier declaration goes: the parser's
+  /// namespace when the parse registers, else the scratch namespace.
+  static boost::shared_ptr<ICIMNamespace> TargetNamespace(TCIMXMLParser &parser) {
+    return Registers(parser) ? Namespace(parser) : Scratch(parser);
+  }
+  /// The class of that name from the scratch namespace, else from the
+  /// parser's; empty when neither has it.
+  static boost::shared_ptr<ICIMClass> FindClass(TCIMXMLParser &parser, const std::string &name);
+  /// Hands an object to the handler (or the collections), numbered and
+  /// placed in the open operation.
+  static void Deliver(TCIMXMLParser &parser, TCIMXMLObject &object);
+  static void Deliver(TCIMXMLParser &parser, TCIMXMLOperation &operation);
+  static void Deliver(TCIMXMLParser &parser, TCIMXMLMessage &message);
+  static std::size_t ObjectsDelivered(const TCIMXMLParser &parser) {
+    return parser.objectsDelivered;
+  }
+  static std::size_t OperationsDelivered(const TCIMXMLParser &parser) {
+    return parser.operationsDelivered;
+  }
+  static std::size_t MessagesDelivered(const TCIMXMLParser &parser) {
+    return parser.messagesDelivered;
+  }
+  static TCIMXMLOperation *&OperationOpen(TCIMXMLParser &parser) { return parser.operationOpen; }
+  static std::string &RoleOpen(TCIMXMLParser &parser) { return parser.roleOpen; }
+  /// Hands over a class (committed first), an instance (committed when the
+  /// parse registers and its class is the namespace's), or a path standing
+  /// alone; path, when given, is the object's own.
+  static void DeliverClass(TCIMXMLParser &parser, const boost::shared_ptr<ICIMClass> &cls,
+                           const TCIMXMLPath *path, unsigned line);
+  static void DeliverInstance(TCIMXMLParser &parser,
+                              const boost::shared_ptr<ICIMInstance> &instance,
+                              const TCIMXMLPath *path, unsigned line);
+  static void DeliverPath(TCIMXMLParser &parser, const TCIMXMLPath &path, unsigned line);
+  /// Logs "CIM-XML Parser line N:" + message without ending the element:
+  /// what the full grammar reports and reads on after.
+  static void Report(TCIMXMLParser &parser, const std::string &message);
+
   /// Throws kORVStatusNullObject when an object that a failed start tag
   /// should have made is missing, so that no state calls through an empty
   /// pointer.

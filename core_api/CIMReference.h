@@ -38,6 +38,12 @@ public:
   /// to it); the namespace's name is kept for display.
   void SetNamespace(boost::shared_ptr<ICIMNamespace> ns);
   boost::shared_ptr<ICIMNamespace> GetNamespace() const;
+  /// Names a namespace that no namespace object of this process stands
+  /// for (a path read from a document): the name alone is kept.
+  void SetNamespaceName(const std::string &name) {
+    cimNamespace.reset();
+    namespaceName = name;
+  }
   const std::string &GetNamespaceName() const { return namespaceName; }
 
   /// Appends a key binding; a name already bound (in any letter case) has

@@ -303,11 +303,12 @@ void ReadDocument(TDocument &document, const std::string &fileName, bool gzip) {
     pipe ? ReadPlainPipe(document, descriptor) : ReadPlainFile(document, descriptor, fileSize);
 }
 
-/// Steps shared by both entry points; upperCaseGzip also takes ".GZ" as
-/// gzip, which only the class loader does.
-template <class TResult>
-TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
-                 bool upperCaseGzip, TResult (TCIMXMLParser::*collected)() const) {
+/// Steps shared by the entry points: reads the document and runs the
+/// parser that prepare set up over it, then hands the parser to finish;
+/// upperCaseGzip also takes ".GZ" as gzip.
+template <class TPrepare, class TFinish>
+auto Load(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+          bool upperCaseGzip, const TPrepare &prepare, const TFinish &finish) {
   try {
     // Without a namespace every state would fail on its own: one failure
     // for the call says it better.
@@ -318,8 +319,9 @@ TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
     TDocument document;
     ReadDocument(document, fileName, gzip);
     TCIMXMLParser parser(ns);
+    prepare(parser);
     parser.Parse(document.Bytes());
-    return (parser.*collected)();
+    return finish(parser);
   } catch (TORVException &ex) {
     TRootObject::Log(0, "Previous error was while parsing file '" + fileName + "'");
     throw TORVException(ex);
@@ -339,14 +341,51 @@ TResult Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
 std::vector<boost::shared_ptr<ICIMClass>>
 TNamespacePopulator::PopulateFromXMLFile(boost::shared_ptr<ICIMNamespace> ns,
                                          std::string fileName) {
-  return Populate(ns, fileName, true, &TCIMXMLParser::GetClassesCollected);
+  return Load(
+      ns, fileName, true, [](TCIMXMLParser &) {},
+      [](const TCIMXMLParser &parser) { return parser.GetClassesCollected(); });
 }
 
 std::vector<boost::shared_ptr<ICIMInstance>>
 TNamespacePopulator::PopulateFromRegXMLFile(boost::shared_ptr<ICIMNamespace> ns,
                                             std::string fileName) {
-  return Populate(ns, fileName, false, &TCIMXMLParser::GetInstancesCollected);
+  return Load(
+      ns, fileName, false, [](TCIMXMLParser &) {},
+      [](const TCIMXMLParser &parser) { return parser.GetInstancesCollected(); });
 }
 // NOLINTEND(performance-unnecessary-value-param)
+
+void TNamespacePopulator::Populate(const boost::shared_ptr<ICIMNamespace> &ns,
+                                   const std::string &fileName, const TCIMXMLReadOptions &options,
+                                   ICIMXMLHandler &handler) {
+  const bool full = options.grammar == ECIMXMLGrammar::kFull;
+  Load(
+      ns, fileName, true,
+      [&](TCIMXMLParser &parser) {
+        parser.SetReadOptions(options);
+        if (full)
+          parser.SetHandler(&handler);
+      },
+      [&](const TCIMXMLParser &parser) {
+        if (full)
+          return 0;
+        TCIMXMLObject object;
+        object.registered = true;
+        object.kind = TCIMXMLObject::EKind::kClass;
+        for (const auto &cls : parser.GetClassesCollected()) {
+          object.cimClass = cls;
+          handler.Object(object);
+          ++object.sequence;
+        }
+        object.cimClass.reset();
+        object.kind = TCIMXMLObject::EKind::kInstance;
+        for (const auto &instance : parser.GetInstancesCollected()) {
+          object.instance = instance;
+          handler.Object(object);
+          ++object.sequence;
+        }
+        return 0;
+      });
+}
 
 } // namespace NVRNORV20

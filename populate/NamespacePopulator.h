@@ -3,6 +3,7 @@
 #ifndef ORV_POPULATE_NAMESPACEPOPULATOR_H
 #define ORV_POPULATE_NAMESPACEPOPULATOR_H
 
+#include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVExport.h"
 
@@ -49,6 +50,17 @@ public:
   /// ".gz" marks a gzip name here.
   static std::vector<boost::shared_ptr<ICIMInstance>>
   PopulateFromRegXMLFile(boost::shared_ptr<ICIMNamespace> ns, std::string fileName);
+  /// Reads the document as the two calls above read it (".gz" or ".GZ" in
+  /// the name for gzip), in the grammar and with the registration that
+  /// options choose, and hands what it reads to handler. The full grammar
+  /// hands over each object, operation and message as it completes, so a
+  /// handler that keeps nothing reads any size of document in the memory of
+  /// the document and its largest object. The classic grammar hands over,
+  /// once the document is read, its collected classes and then its
+  /// instances, as registered objects. Failures are those of the calls
+  /// above; what the handler got before one stays got.
+  static void Populate(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+                       const TCIMXMLReadOptions &options, ICIMXMLHandler &handler);
 };
 
 } // namespace NVRNORV20

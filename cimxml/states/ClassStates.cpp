@@ -10,11 +10,46 @@ void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser, TAttributes
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &className) ||
         parser.HandleSuperClass(attribute, &superClassName);
+  if (IsFull(parser)) {
+    CreateFull(parser);
+    return;
+  }
   // The look-up runs for every class: the object model answers the empty
   // name of a root class with an empty pointer.
   boost::shared_ptr<ICIMClass> superClass = Namespace(parser)->GetClass(superClassName);
   cls = Namespace(parser)->CreateClass(className, superClass);
   result = cls;
+}
+
+void TCIMXMLParser::TStateClass::CreateFull(TCIMXMLParser &parser) {
+  boost::shared_ptr<ICIMClass> superClass = FindClass(parser, superClassName);
+  const bool known =
+      superClassName.empty() || (superClass && superClass->GetNamespace() == Namespace(parser));
+  if (!superClass && !superClassName.empty()) {
+    // A response carries classes without the ones they derive from; the
+    // stand-in keeps the superclass's name and nothing else.
+    Report(parser, "Superclass " + superClassName + " of class " + className +
+                       " is not loaded: an empty class stands in for it");
+    superClass = Scratch(parser)->CreateClass(superClassName, boost::shared_ptr<ICIMClass>());
+    superClass->Commit();
+  }
+  boost::shared_ptr<ICIMNamespace> target =
+      known && Registers(parser) ? Namespace(parser) : Scratch(parser);
+  if (target->HasClass(className)) {
+    if (target == Namespace(parser))
+      parser.FatalError(("Class " + className + " is already defined").c_str());
+    // Read only to be returned: a class met again in the same parse starts
+    // a new scratch namespace rather than replacing what was handed over.
+    target = RenewScratch(parser);
+  }
+  cls = target->CreateClass(className, superClass);
+  result = cls;
+}
+
+void TCIMXMLParser::TStateClass::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone)
+    DeliverClass(parser, cls, nullptr, line);
+  Pop(parser);
 }
 
 void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::string &name,

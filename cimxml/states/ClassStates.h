@@ -3,6 +3,7 @@
 #define ORV_CIMXML_STATES_CLASSSTATES_H
 
 #include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/StandaloneSink.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -21,7 +22,9 @@ public:
   enum EPhase : std::int32_t { kQualifiers, kProperties, kMethods };
 
   /// Hands the class to the parent's cls, which now holds a class.
-  template <class TParent> TStateClass(TCIMXMLParser &, TParent &parent) : result(parent.cls) {
+  template <class TParent>
+  TStateClass(TCIMXMLParser &parser, TParent &parent)
+      : result(parent.cls), standalone(kStandsAlone<TParent> && IsFull(parser)) {
     parent.isClass = true;
   }
 
@@ -31,16 +34,26 @@ public:
   /// An unknown superclass or a class that cannot be created throws from
   /// the object model; the state then stays without a class, and each of
   /// its children fails when it would add to it.
+  /// In the full grammar, the class goes into the namespace only when the
+  /// parse registers and its superclass is the namespace's; otherwise it
+  /// is made in the parser's scratch namespace, where an empty class of the
+  /// superclass's name stands in for one that no namespace holds.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  /// A class standing alone is committed and handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   // What the children write into.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return cls; }
   boost::shared_ptr<ICIMClass> cls;
 
 private:
+  /// The full grammar's choice of namespace and superclass.
+  void CreateFull(TCIMXMLParser &parser);
+
   std::string className;
   std::string superClassName;
   boost::shared_ptr<ICIMClass> &result;
+  const bool standalone;
 };
 
 } // namespace NVRNORV20

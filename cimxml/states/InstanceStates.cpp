@@ -11,6 +11,13 @@ namespace NVRNORV20 {
 void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleClassName(attribute, &className);
+  if (IsFull(parser)) {
+    if (className.empty())
+      parser.FatalError("Instance without a class name");
+    boost::shared_ptr<ICIMClass> cls = FindClass(parser, className);
+    instance = cls ? cls->CreateInstance() : CreateStandaloneInstance(className, Namespace(parser));
+    return;
+  }
   // Instances of our own computer-system class need the object model's
   // parser mode; no other class switches it.
   if (className == "VRNSG_ComputerSystem")
@@ -22,7 +29,9 @@ void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser, const st
                                                  TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       // Not attached; the instance reads the qualifier's attributes as its own.
-      Ignored("qualifier", kQualifiers, kQualifiers, kKeepPhase),
+      ClassicIgnored("qualifier", kQualifiers, kQualifiers, kKeepPhase),
+      FullChild<TStateInstanceQualifier, TStateInstance>("qualifier", kQualifiers, kQualifiers,
+                                                         kKeepPhase),
       Child<TStateProperty, TStateInstance>("property", kQualifiers, kProperties, kProperties),
       Child<TStatePropertyArray, TStateInstance>("property.array", kQualifiers, kProperties,
                                                  kProperties),
@@ -30,6 +39,19 @@ void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser, const st
                                                      kProperties),
   };
   AcceptChild(parser, name, attributes, kRows, kProperties, EMiss::kFallThrough);
+}
+
+void TCIMXMLParser::TStateInstance::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone)
+    DeliverInstance(parser, instance, nullptr, line);
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateInstanceQualifier::ElementStart(TCIMXMLParser &parser,
+                                                          TAttributes &attributes) {
+  auto name = attributes.find("name");
+  Report(parser, "Qualifier " + (name != attributes.end() ? name->second : std::string()) +
+                     " of an instance is not kept");
 }
 
 void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser, const std::string &name,
@@ -43,6 +65,10 @@ void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser, const
 
 void TCIMXMLParser::TStateValueObject::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   RequireComplete(parser, finalPhase);
+  if (IsFull(parser)) {
+    EndFull(parser);
+    return;
+  }
   if (isClass) {
     Require(cls).Commit();
     Collect(parser, cls);
@@ -101,6 +127,42 @@ void TCIMXMLParser::TStateValueObjectWithLocalPath::ChildElement(TCIMXMLParser &
       Child<TStateClass, TStateValueObjectWithLocalPath>("class", kClass, kClass, kDone),
       Child<TStateInstance, TStateValueObjectWithLocalPath>("instance", kInstance, kInstance,
                                                             kDone),
+  };
+  AcceptChild(parser, name, attributes, kRows, finalPhase);
+}
+
+void TCIMXMLParser::TStateValueObject::EndFull(TCIMXMLParser &parser) {
+  if (isClass) {
+    const TCIMXMLPath path =
+        MakePath(TCIMXMLPath::EKind::kClass, host, namespacePath, className, instanceName);
+    DeliverClass(parser, cls, className.empty() ? nullptr : &path, line);
+  } else {
+    const TCIMXMLPath path =
+        MakePath(TCIMXMLPath::EKind::kInstance, host, namespacePath, className, instanceName);
+    const bool named = !instanceName.GetClassName().empty();
+    ICIMInstance &read = Require(instance);
+    // A standalone instance learns its keys from the path beside it.
+    if (named && !read.GetClass()) {
+      TCIMOptions key;
+      key["KEY"] = TCIMValue(true);
+      for (const auto &binding : instanceName.GetKeyBindings())
+        read.SetPropertyValue(binding.first,
+                              read.HasProperty(binding.first) ? read.GetPropertyValue(binding.first)
+                                                              : binding.second,
+                              key);
+    }
+    DeliverInstance(parser, instance, named ? &path : nullptr, line);
+  }
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateValueInstanceWithPath::ChildElement(TCIMXMLParser &parser,
+                                                              const std::string &name,
+                                                              TAttributes &attributes) {
+  using TSelf = TStateValueInstanceWithPath;
+  static constexpr TChildRow kRows[] = {
+      Child<TStateInstancePath, TSelf>("instancepath", kPath, kPath, kInstance),
+      Child<TStateInstance, TSelf>("instance", kInstance, kInstance, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, finalPhase);
 }

@@ -4,6 +4,8 @@
 #define ORV_CIMXML_STATES_INSTANCESTATES_H
 
 #include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/ReferenceStates.h"
+#include "cimxml/states/StandaloneSink.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -24,19 +26,33 @@ public:
 
   /// Makes the instance in the parent's instance slot.
   template <class TParent>
-  TStateInstance(TCIMXMLParser &, TParent &parent) : instance(parent.instance) {}
+  TStateInstance(TCIMXMLParser &parser, TParent &parent)
+      : instance(parent.instance), standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   /// An unknown or missing class name throws; the state then stays without
-  /// an instance, and each property fails when it would set a value.
+  /// an instance, and each property fails when it would set a value. The
+  /// full grammar makes an instance of a class that no namespace holds a
+  /// standalone one, typed by its properties' own TYPE attributes.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  /// An instance standing alone is handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   /// What the property children set values of.
   boost::shared_ptr<ICIMInstance> &instance;
 
 private:
   std::string className;
+  const bool standalone;
+};
+
+/// A qualifier of an instance or of an instance's property, in the full
+/// grammar: read to its end and reported, as the object model keeps
+/// qualifiers on declarations only.
+class TCIMXMLParser::TStateInstanceQualifier : public TCIMXMLParser::TStateDropped {
+public:
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 };
 
 /// "value.object": one "class" or one "instance". At the end tag the object
@@ -56,6 +72,10 @@ public:
 protected:
   TStateValueObject(std::int32_t lastPhase, bool collecting)
       : finalPhase(lastPhase), collects(collecting) {}
+
+  /// The full grammar's end: the object is handed over with the path its
+  /// siblings gave.
+  void EndFull(TCIMXMLParser &parser);
 
   /// The phase after the object's own child, the only one in which the
   /// element may end.
@@ -116,6 +136,18 @@ public:
   enum EPhase : std::int32_t { kPath, kClass, kInstance, kDone };
 
   TStateValueObjectWithLocalPath() : TStateValueObject(kDone, true) {}
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+};
+
+/// "value.instancewithpath", full grammar only: an instance path, then its
+/// instance.
+class TCIMXMLParser::TStateValueInstanceWithPath : public TCIMXMLParser::TStateValueObject {
+public:
+  enum EPhase : std::int32_t { kPath, kInstance, kDone };
+
+  TStateValueInstanceWithPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;

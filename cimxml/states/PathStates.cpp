@@ -36,10 +36,23 @@ void TCIMXMLParser::TStateLocalNamespacePath::ElementEnd(TCIMXMLParser &parser,
                                                          const std::string &) {
   if (phase == kNoNamespace)
     parser.FatalError("Unexpected at least 1 NAMESPACE element");
-  // Components are joined without a separator ("root", "cimv2" make
-  // "rootcimv2"): the path is only kept, never used to find a namespace.
-  namespacePath += component;
+  AppendComponent(parser);
   Pop(parser);
+}
+
+void TCIMXMLParser::TStateLocalNamespacePath::AppendComponent(const TCIMXMLParser &parser) {
+  if (!IsFull(parser)) {
+    // Components are joined without a separator ("root", "cimv2" make
+    // "rootcimv2"): the path is only kept, never used to find a namespace.
+    namespacePath += component;
+    return;
+  }
+  if (component.empty())
+    return;
+  if (!namespacePath.empty())
+    namespacePath += '/';
+  namespacePath += component;
+  component.clear();
 }
 
 // host ---------------------------------------------------------------------
@@ -65,13 +78,24 @@ void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser, TAttrib
 }
 
 TCIMXMLParser::TStateClassName::TStateClassName(TCIMXMLParser &parser, TStateValueReference &parent)
-    : TStateNamespace(parent.className) {
+    : TStateNamespace(parent.className), className(parent.className), standalone(false) {
   parent.instanceName.SetNamespace(Namespace(parser));
 }
 
 void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
   AcceptChild(parser, name, attributes, nullptr, 0, kAnyOrder);
+}
+
+void TCIMXMLParser::TStateClassName::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone) {
+    DeliverPath(parser,
+                MakePath(TCIMXMLPath::EKind::kClass, std::string(), std::string(), className,
+                         TCIMReference()),
+                line);
+    className.clear();
+  }
+  Pop(parser);
 }
 
 // classpath, localclasspath ------------------------------------------------
@@ -120,6 +144,95 @@ void TCIMXMLParser::TStateLocalInstancePath::ChildElement(TCIMXMLParser &parser,
                                                          kInstanceName, kDone),
   };
   AcceptChild(parser, name, attributes, kRows, kDone);
+}
+
+void TCIMXMLParser::TStateClassPath::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone) {
+    DeliverPath(
+        parser,
+        MakePath(TCIMXMLPath::EKind::kClass, host, namespacePath, className, TCIMReference()),
+        line);
+    host.clear();
+    namespacePath.clear();
+    className.clear();
+  }
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateLocalClassPath::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone) {
+    DeliverPath(parser,
+                MakePath(TCIMXMLPath::EKind::kClass, std::string(), namespacePath, className,
+                         TCIMReference()),
+                line);
+    namespacePath.clear();
+    className.clear();
+  }
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateInstancePath::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (standalone) {
+    DeliverPath(
+        parser,
+        MakePath(TCIMXMLPath::EKind::kInstance, host, namespacePath, std::string(), instanceName),
+        line);
+    host.clear();
+    namespacePath.clear();
+    instanceName = TCIMReference();
+  }
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateLocalInstancePath::ElementEnd(TCIMXMLParser &parser,
+                                                        const std::string &) {
+  if (standalone) {
+    DeliverPath(parser,
+                MakePath(TCIMXMLPath::EKind::kInstance, std::string(), namespacePath, std::string(),
+                         instanceName),
+                line);
+    namespacePath.clear();
+    instanceName = TCIMReference();
+  }
+  Pop(parser);
+}
+
+// objectpath ---------------------------------------------------------------
+
+void TCIMXMLParser::TStateObjectPath::ChildElement(TCIMXMLParser &parser, const std::string &name,
+                                                   TAttributes &attributes) {
+  static constexpr TChildRow kRows[] = {
+      Child<TStateInstancePath, TStateObjectPath>("instancepath", kPath, kPath, kDone),
+      Child<TStateClassPath, TStateObjectPath>("classpath", kPath, kPath, kDone),
+  };
+  AcceptChild(parser, name, attributes, kRows, kDone);
+}
+
+void TCIMXMLParser::TStateObjectPath::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  RequireComplete(parser, kDone);
+  const bool instance = !instanceName.GetClassName().empty();
+  DeliverPath(parser,
+              MakePath(instance ? TCIMXMLPath::EKind::kInstance : TCIMXMLPath::EKind::kClass, host,
+                       namespacePath, className, instanceName),
+              line);
+  Pop(parser);
+}
+
+// Paths handed over -----------------------------------------------------------
+
+TCIMXMLPath MakePath(TCIMXMLPath::EKind kind, const std::string &host,
+                     const std::string &namespacePath, const std::string &className,
+                     const TCIMReference &instanceName) {
+  TCIMXMLPath path;
+  path.kind = kind;
+  path.host = host;
+  if (kind == TCIMXMLPath::EKind::kInstance)
+    path.reference = instanceName;
+  else
+    path.reference.SetClassName(className);
+  if (!namespacePath.empty())
+    path.reference.SetNamespaceName(namespacePath);
+  return path;
 }
 
 } // namespace NVRNORV20

@@ -11,6 +11,7 @@
 #define ORV_CIMXML_STATES_PATHSTATES_H
 
 #include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/StandaloneSink.h"
 
 #include <cstdint>
 #include <string>
@@ -57,6 +58,10 @@ public:
   /// The latest component, appended when the next one starts or the path
   /// ends.
   std::string component;
+
+  /// Appends the latest component: as it is in the classic grammar, after a
+  /// "/" in the full grammar, which joins the components as DSP0201 does.
+  void AppendComponent(const TCIMXMLParser &parser);
 };
 
 /// "host": its text, with trailing blanks, tabs and line breaks removed from
@@ -83,8 +88,9 @@ public:
   /// The previous component of the path is final once the next one starts;
   /// the new one begins as a copy of it, so a namespace without a name
   /// repeats it.
-  TStateNamespace(TCIMXMLParser &, TStateLocalNamespacePath &parent) : target(parent.component) {
-    parent.namespacePath += parent.component;
+  TStateNamespace(TCIMXMLParser &parser, TStateLocalNamespacePath &parent)
+      : target(parent.component) {
+    parent.AppendComponent(parser);
   }
 
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
@@ -102,13 +108,21 @@ private:
 class TCIMXMLParser::TStateClassName : public TCIMXMLParser::TStateNamespace {
 public:
   template <class TParent>
-  TStateClassName(TCIMXMLParser &, TParent &parent) : TStateNamespace(parent.className) {}
+  TStateClassName(TCIMXMLParser &parser, TParent &parent)
+      : TStateNamespace(parent.className), className(parent.className),
+        standalone(kStandsAlone<TParent> && IsFull(parser)) {}
   /// Under a reference value, the class name also puts the reference in the
   /// parser's namespace.
   TStateClassName(TCIMXMLParser &parser, TStateValueReference &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+  /// A class name standing alone is handed over as a class path.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+
+private:
+  std::string &className;
+  const bool standalone;
 };
 
 /// "classpath": a namespace path, then a class name; anything else, or a
@@ -118,15 +132,21 @@ public:
   enum EPhase : std::int32_t { kNamespacePath, kClassName, kDone };
 
   template <class TParent>
-  TStateClassPath(TCIMXMLParser &, TParent &parent)
-      : host(parent.host), namespacePath(parent.namespacePath), className(parent.className) {}
+  TStateClassPath(TCIMXMLParser &parser, TParent &parent)
+      : host(parent.host), namespacePath(parent.namespacePath), className(parent.className),
+        standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+  /// A path standing alone is handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   std::string &host;
   std::string &namespacePath;
   std::string &className;
+
+private:
+  const bool standalone;
 };
 
 /// "localclasspath": a local namespace path, then a class name; anything
@@ -136,14 +156,20 @@ public:
   enum EPhase : std::int32_t { kLocalPath, kClassName, kDone };
 
   template <class TParent>
-  TStateLocalClassPath(TCIMXMLParser &, TParent &parent)
-      : namespacePath(parent.namespacePath), className(parent.className) {}
+  TStateLocalClassPath(TCIMXMLParser &parser, TParent &parent)
+      : namespacePath(parent.namespacePath), className(parent.className),
+        standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+  /// A path standing alone is handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   std::string &namespacePath;
   std::string &className;
+
+private:
+  const bool standalone;
 };
 
 /// "instancepath": a namespace path, then an instance name that fills the
@@ -154,15 +180,21 @@ public:
   enum EPhase : std::int32_t { kNamespacePath, kInstanceName, kDone };
 
   template <class TParent>
-  TStateInstancePath(TCIMXMLParser &, TParent &parent)
-      : host(parent.host), namespacePath(parent.namespacePath), instanceName(parent.instanceName) {}
+  TStateInstancePath(TCIMXMLParser &parser, TParent &parent)
+      : host(parent.host), namespacePath(parent.namespacePath), instanceName(parent.instanceName),
+        standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+  /// A path standing alone is handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   std::string &host;
   std::string &namespacePath;
   TCIMReference &instanceName;
+
+private:
+  const bool standalone;
 };
 
 /// "localinstancepath": a local namespace path, then an instance name that
@@ -173,14 +205,37 @@ public:
   enum EPhase : std::int32_t { kLocalPath, kInstanceName, kDone };
 
   template <class TParent>
-  TStateLocalInstancePath(TCIMXMLParser &, TParent &parent)
-      : namespacePath(parent.namespacePath), instanceName(parent.instanceName) {}
+  TStateLocalInstancePath(TCIMXMLParser &parser, TParent &parent)
+      : namespacePath(parent.namespacePath), instanceName(parent.instanceName),
+        standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
+  /// A path standing alone is handed over here.
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   std::string &namespacePath;
   TCIMReference &instanceName;
+
+private:
+  const bool standalone;
+};
+
+/// "objectpath", full grammar only: one instance path or class path,
+/// handed over as a path standing alone.
+class TCIMXMLParser::TStateObjectPath : public TCIMXMLParser::TParseState {
+public:
+  enum EPhase : std::int32_t { kPath, kDone };
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+
+  // What the path child writes into.
+  std::string host;
+  std::string namespacePath;
+  std::string className;
+  TCIMReference instanceName;
 };
 
 } // namespace NVRNORV20

@@ -1,5 +1,6 @@
 #include "cimxml/states/PropertyStates.h"
 
+#include "cimxml/states/InstanceStates.h"
 #include "cimxml/states/QualifierStates.h"
 #include "cimxml/states/ReferenceStates.h"
 #include "cimxml/states/ValueStates.h"
@@ -106,6 +107,11 @@ void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &par
 void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     property.Read(parser, attribute);
+  // A standalone instance declares what its document says.
+  if (IsFull(parser) && !Require(instance).GetClass()) {
+    declaredType = property.ElementType();
+    declaredTypeKnown = true;
+  }
   if (!QN402Mode(parser) && DeclaredType() != property.ElementType())
     parser.FatalError("Property type != property declaration type");
 }
@@ -116,7 +122,8 @@ void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser, const st
   // state is made, and the qualifier's attributes go to the start handler of
   // the state on top, which reads them as its own.
   static constexpr TChildRow kRows[] = {
-      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      FullChild<TStateInstanceQualifier, TStateProperty>("qualifier"),
       Child<TStateValue, TStateProperty>("value"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);
@@ -143,6 +150,8 @@ TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
 
 void TCIMXMLParser::TStateProperty::UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
                                                     TAttributes &attributes) {
+  if (IsFull(parser))
+    parser.FatalError(("Unexpected element " + name).c_str());
   // ElementEnd pops this state, which may destroy it: from here on only
   // the arguments are used.
   ElementEnd(parser, name);
@@ -155,7 +164,8 @@ void TCIMXMLParser::TStatePropertyArray::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
                                                       TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      FullChild<TStateInstanceQualifier, TStatePropertyArray>("qualifier"),
       Child<TStateValueArray, TStatePropertyArray>("value.array"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);
@@ -165,7 +175,8 @@ void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
-      Ignored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      FullChild<TStateInstanceQualifier, TStatePropertyReference>("qualifier"),
       Child<TStateValueReference, TStatePropertyReference>("value.reference"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);

@@ -22,6 +22,16 @@ constexpr TScopeBit kScopeBits[] = {
     {"parameter", ICIMQualifierDecl::kScopeParameter},
 };
 
+constexpr TScopeBit kFullScopeBits[] = {
+    {"class", ICIMQualifierDecl::kScopeClass},
+    {"association", ICIMQualifierDecl::kScopeAssociation},
+    {"indication", ICIMQualifierDecl::kScopeIndication},
+    {"property", ICIMQualifierDecl::kScopeProperty},
+    {"reference", ICIMQualifierDecl::kScopeReference},
+    {"method", ICIMQualifierDecl::kScopeMethod},
+    {"parameter", ICIMQualifierDecl::kScopeParameter},
+};
+
 } // namespace
 
 void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &parser,
@@ -42,15 +52,19 @@ void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &pars
 void TCIMXMLParser::TStateQualifierDeclaration::ChildElement(TCIMXMLParser &parser,
                                                              const std::string &name,
                                                              TAttributes &attributes) {
+  using TSelf = TStateQualifierDeclaration;
+  // The full grammar takes the scope as optional and one value at most, as
+  // the CIM-XML document type does.
   static constexpr TChildRow kRows[] = {
-      Child<TStateScope, TStateQualifierDeclaration>("scope", kScope, kScope, kValue),
-      Child<TStateValue, TStateQualifierDeclaration>("value", kValue, kValue, kKeepPhase),
-      Child<TStateValueArray, TStateQualifierDeclaration>("value.array", kValue, kValue,
-                                                          kKeepPhase),
+      Child<TStateScope, TSelf>("scope", kScope, kScope, kValue),
+      ClassicChild<TStateValue, TSelf>("value", kValue, kValue, kKeepPhase),
+      ClassicChild<TStateValueArray, TSelf>("value.array", kValue, kValue, kKeepPhase),
+      FullChild<TStateValue, TSelf>("value", kScope, kValue, kFullDone),
+      FullChild<TStateValueArray, TSelf>("value.array", kScope, kValue, kFullDone),
   };
-  if (phase == kScope && name != "scope")
+  if (phase == kScope && name != "scope" && !IsFull(parser))
     parser.FatalError("Expected SCOPE element");
-  AcceptChild(parser, name, attributes, kRows, kValue);
+  AcceptChild(parser, name, attributes, kRows, kFullDone);
 }
 
 bool TCIMXMLParser::TStateQualifierDeclaration::AttributesAgree() const {
@@ -67,6 +81,10 @@ bool TCIMXMLParser::TStateQualifierDeclaration::AttributesAgree() const {
 
 void TCIMXMLParser::TStateQualifierDeclaration::ElementEnd(TCIMXMLParser &parser,
                                                            const std::string &) {
+  if (IsFull(parser)) {
+    EndFull(parser);
+    return;
+  }
   if (!AttributesAgree())
     parser.FatalError("Incompatible attributes");
   // Without a value the default is typed by TYPE alone: an array
@@ -84,7 +102,46 @@ void TCIMXMLParser::TStateQualifierDeclaration::ElementEnd(TCIMXMLParser &parser
   Pop(parser);
 }
 
-void TCIMXMLParser::TStateScope::ElementStart(TCIMXMLParser &, TAttributes &attributes) {
+void TCIMXMLParser::TStateQualifierDeclaration::EndFull(TCIMXMLParser &parser) {
+  if (isArrayGiven && valueSeen && value.IsArray() != isArray)
+    parser.FatalError("Incompatible attributes");
+  // ISARRAY alone makes an array type, with or without a default.
+  if (!valueSeen)
+    value = TCIMValue(isArray ? type.GetArrayType() : type, arraySize);
+  boost::shared_ptr<ICIMNamespace> target = TargetNamespace(parser);
+  bool exists = true;
+  try {
+    target->GetQualifierDecl(qualifierName);
+  } catch (TORVException &error) {
+    if (error.GetStatusCode() != kORVStatusQualifierNotDeclared)
+      throw;
+    exists = false;
+  }
+  if (exists) {
+    if (target == Namespace(parser))
+      Report(parser, "Qualifier " + qualifierName +
+                         " is already declared: this declaration is returned, not registered");
+    target = RenewScratch(parser);
+  }
+  TCIMXMLObject object;
+  object.kind = TCIMXMLObject::EKind::kQualifierDecl;
+  object.qualifierDecl = target->CreateQualifierDecl(qualifierName, value, scope, flavor);
+  object.qualifierDecl->Commit();
+  object.registered = target == Namespace(parser);
+  object.line = line;
+  Deliver(parser, object);
+  Pop(parser);
+}
+
+void TCIMXMLParser::TStateScope::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+  if (IsFull(parser)) {
+    // Each attribute says "true" or "false", as DSP0201 writes it.
+    for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
+      for (const auto &scopeBit : kFullScopeBits)
+        if (attribute->first == scopeBit.attribute && ConvertBool(attribute->second))
+          declaration.scope |= scopeBit.bit;
+    return;
+  }
   for (const auto &attribute : attributes)
     for (const auto &scopeBit : kScopeBits)
       if (attribute.first == scopeBit.attribute)

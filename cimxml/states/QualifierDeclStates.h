@@ -17,7 +17,7 @@ namespace NVRNORV20 {
 class TCIMXMLParser::TStateQualifierDeclaration : public TCIMXMLParser::TParseState {
 public:
   /// Unlike the CIM-XML document type, the scope is required first.
-  enum EPhase : std::int32_t { kScope, kValue };
+  enum EPhase : std::int32_t { kScope, kValue, kFullDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -39,6 +39,10 @@ public:
 private:
   /// The ISARRAY, ARRAYSIZE and value-kind checks.
   bool AttributesAgree() const;
+  /// The full grammar's end: the declaration goes where the parse puts new
+  /// objects (a name already declared there is returned from the scratch
+  /// namespace instead) and is handed over.
+  void EndFull(TCIMXMLParser &parser);
 
   std::string qualifierName;
   TCIMType type;

@@ -23,14 +23,18 @@ void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser, const s
 
 void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   boost::shared_ptr<ICIMQualifierDecl> declaration;
-  try {
-    declaration = Namespace(parser)->GetQualifierDecl(qualifierName);
-  } catch (TORVException &error) {
-    // The exception itself carries no name; the line says which qualifier
-    // was dropped.
-    if (error.GetStatusCode() == kORVStatusQualifierNotDeclared)
-      Log("TCIMXMLParser: Couldn't find qualifier " + qualifierName);
-    throw;
+  if (IsFull(parser)) {
+    declaration = FullDeclaration(parser);
+  } else {
+    try {
+      declaration = Namespace(parser)->GetQualifierDecl(qualifierName);
+    } catch (TORVException &error) {
+      // The exception itself carries no name; the line says which qualifier
+      // was dropped.
+      if (error.GetStatusCode() == kORVStatusQualifierNotDeclared)
+        Log("TCIMXMLParser: Couldn't find qualifier " + qualifierName);
+      throw;
+    }
   }
   if (!propagated && declaration) {
     if (!valueSeen)
@@ -39,6 +43,27 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
     target->AddQualifier(qualifier);
   }
   Pop(parser);
+}
+
+boost::shared_ptr<ICIMQualifierDecl>
+TCIMXMLParser::TStateQualifier::FullDeclaration(TCIMXMLParser &parser) const {
+  boost::shared_ptr<ICIMNamespace> ns = Namespace(parser);
+  for (const boost::shared_ptr<ICIMNamespace> &where : {ns, Scratch(parser)}) {
+    try {
+      return where->GetQualifierDecl(qualifierName);
+    } catch (TORVException &error) {
+      if (error.GetStatusCode() != kORVStatusQualifierNotDeclared)
+        throw;
+    }
+  }
+  // Classes of a response come without the declarations of their
+  // qualifiers: one of the qualifier's own type, valid anywhere, stands in.
+  const TCIMType declared = valueSeen && value.IsArray() ? type.GetArrayType() : type;
+  boost::shared_ptr<ICIMQualifierDecl> implicit = Scratch(parser)->CreateQualifierDecl(
+      qualifierName, TCIMValue(declared, 0), ICIMQualifierDecl::kScopeAny,
+      ICIMQualifierDecl::kFlavorDefault);
+  implicit->Commit();
+  return implicit;
 }
 
 } // namespace NVRNORV20

@@ -40,6 +40,10 @@ public:
   bool valueSeen = false;
 
 private:
+  /// The declaration in the namespace, else in the scratch namespace, else
+  /// a new one there of the qualifier's own type.
+  boost::shared_ptr<ICIMQualifierDecl> FullDeclaration(TCIMXMLParser &parser) const;
+
   boost::shared_ptr<ICIMQualifiedObject> target;
   std::string qualifierName;
   TCIMType type;

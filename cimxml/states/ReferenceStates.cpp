@@ -37,7 +37,8 @@ void TCIMXMLParser::TStateInstanceName::ElementStart(TCIMXMLParser &parser,
     if (!parser.HandleClassName(attribute, &className))
       continue;
     instanceName.SetClassName(className);
-    keyClass = Namespace(parser)->GetClass(className);
+    keyClass =
+        IsFull(parser) ? FindClass(parser, className) : Namespace(parser)->GetClass(className);
   }
 }
 
@@ -53,6 +54,10 @@ void TCIMXMLParser::TStateInstanceName::ChildElement(TCIMXMLParser &parser, cons
 }
 
 void TCIMXMLParser::TStateInstanceName::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (IsFull(parser)) {
+    EndFull(parser);
+    return;
+  }
   if (valueSeen)
     instanceName = static_cast<TCIMReference>(value);
   else if (phase == kKeyValue)
@@ -85,6 +90,34 @@ void TCIMXMLParser::TStateInstanceName::AddFirstKey(TCIMXMLParser &parser) {
   parser.FatalError(NoKeysMessage(className).c_str());
 }
 
+void TCIMXMLParser::TStateInstanceName::EndFull(TCIMXMLParser &parser) {
+  if (phase == kKeyValue || phase == kReference) {
+    // A single key without its name: the class says which key it is.
+    boost::shared_ptr<ICIMPropertyDecl> key;
+    if (keyClass)
+      for (const auto &property : keyClass->GetProperties())
+        if (IsKeyProperty(*property)) {
+          key = property;
+          break;
+        }
+    if (!key)
+      Report(parser, "The key of " + className +
+                         " is dropped: without the class loaded its name is not known");
+    else if (phase == kReference)
+      instanceName.AddKeyValue(key->GetName(), value);
+    else
+      instanceName.AddKeyValue(key->GetName(), parser.ParseValue(key->GetType(), keyValueText));
+  }
+  if (standalone) {
+    DeliverPath(parser,
+                MakePath(TCIMXMLPath::EKind::kInstance, std::string(), std::string(), std::string(),
+                         instanceName),
+                line);
+    instanceName = TCIMReference();
+  }
+  Pop(parser);
+}
+
 // keybinding ---------------------------------------------------------------
 
 void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
@@ -106,6 +139,15 @@ void TCIMXMLParser::TStateKeyBinding::ElementEnd(TCIMXMLParser &parser, const st
   if (valueSeen) {
     // A reference key is bound as given; the class is not consulted.
     instanceName.AddKeyValue(keyName, value);
+  } else if (IsFull(parser)) {
+    // The class types the key where it declares it; else the document
+    // does.
+    if (keyClass && keyClass->HasProperty(keyName))
+      instanceName.AddKeyValue(
+          keyName, parser.ParseValue(keyClass->GetProperty(keyName)->GetType(), keyValueText));
+    else
+      instanceName.AddKeyValue(keyName,
+                               KeyValueFromDocument(parser, keyValueText, keyValueType, keyType));
   } else {
     ICIMClass &cls = Require(keyClass);
     ICIMPropertyDecl &property = Require(cls.GetProperty(keyName));
@@ -119,6 +161,34 @@ void TCIMXMLParser::TStateKeyBinding::ElementEnd(TCIMXMLParser &parser, const st
 }
 
 // keyvalue -----------------------------------------------------------------
+
+void TCIMXMLParser::TStateKeyValue::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+  if (!IsFull(parser))
+    return;
+  for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
+    if (attribute->first == "valuetype")
+      valueType = attribute->second;
+    else
+      parser.HandleCIMType(attribute, &type);
+}
+
+TCIMValue KeyValueFromDocument(TCIMXMLParser &parser, std::string &text,
+                               const std::string &valueType, TCIMType type) {
+  if (type == kCIMTypeNone) {
+    if (valueType == "boolean") {
+      type = kCIMTypeBoolean;
+    } else if (valueType == "numeric") {
+      const bool real = text.find_first_of(".eE") != std::string::npos &&
+                        text.find_first_of("xX") == std::string::npos;
+      type = real                                  ? kCIMTypeReal64
+             : text.find('-') != std::string::npos ? kCIMTypeSint64
+                                                   : kCIMTypeUint64;
+    } else {
+      type = kCIMTypeString;
+    }
+  }
+  return parser.ParseValue(type, text);
+}
 
 void TCIMXMLParser::TStateKeyValue::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   // Untrimmed: blanks and line breaks around a key are part of it.
@@ -181,6 +251,12 @@ void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser, cons
     // An instance name has set the class name itself, keys with it.
     if (phase == kClassNamed)
       instanceName.SetClassName(className);
+    // The full grammar keeps the namespace that a path form names; the
+    // object model's paths have no place for a host.
+    if (IsFull(parser) && !namespacePath.empty())
+      instanceName.SetNamespaceName(namespacePath);
+    if (IsFull(parser) && !host.empty())
+      Report(parser, "Host " + host + " of a reference is not kept");
     if (instanceName.GetTextLength() > kMaxTextLength)
       parser.FatalError(
           ("Reference longer than " + std::to_string(kMaxTextLength) + " bytes as text").c_str());

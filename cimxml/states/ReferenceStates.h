@@ -6,6 +6,7 @@
 #define ORV_CIMXML_STATES_REFERENCESTATES_H
 
 #include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/StandaloneSink.h"
 
 #include <boost/shared_ptr.hpp>
 
@@ -28,7 +29,8 @@ public:
 
   /// Fills the parent's instanceName.
   template <class TParent>
-  TStateInstanceName(TCIMXMLParser &, TParent &parent) : instanceName(parent.instanceName) {}
+  TStateInstanceName(TCIMXMLParser &parser, TParent &parent)
+      : instanceName(parent.instanceName), standalone(kStandsAlone<TParent> && IsFull(parser)) {}
   /// An instance name of a named instance, or of a reference value, lies in
   /// the parser's namespace.
   TStateInstanceName(TCIMXMLParser &parser, TStateValueNamedInstance &parent);
@@ -41,9 +43,14 @@ public:
 
   // What the children write into.
   TCIMReference &instanceName;
-  /// The class named by the "classname" attribute.
+  /// The class named by the "classname" attribute; in the full grammar
+  /// empty when no namespace holds it, and the keys are typed by the
+  /// document.
   boost::shared_ptr<ICIMClass> keyClass;
   std::string keyValueText;
+  /// A key value's VALUETYPE and TYPE, read by the full grammar only.
+  std::string keyValueType;
+  TCIMType keyType;
   TCIMValue value;
   bool valueSeen = false;
 
@@ -51,8 +58,12 @@ private:
   explicit TStateInstanceName(TCIMReference &target) : instanceName(target) {}
   /// Binds the bare key value to the class's first key property.
   void AddFirstKey(TCIMXMLParser &parser);
+  /// The full grammar's end: a bare key or reference names the class's
+  /// first key, and a name standing alone is handed over.
+  void EndFull(TCIMXMLParser &parser);
 
   std::string className;
+  bool standalone = false;
 };
 
 /// "keybinding": attribute "name" names the key; its value is the last key
@@ -75,6 +86,8 @@ public:
 
   // What the children write into.
   std::string keyValueText;
+  std::string keyValueType;
+  TCIMType keyType;
   TCIMValue value;
   bool valueSeen = false;
 
@@ -92,15 +105,27 @@ public:
   /// Empties the parser's character buffer, so that the end sees this
   /// element's text only.
   template <class TParent>
-  TStateKeyValue(TCIMXMLParser &parser, TParent &parent) : target(parent.keyValueText) {
+  TStateKeyValue(TCIMXMLParser &parser, TParent &parent)
+      : target(parent.keyValueText), valueType(parent.keyValueType), type(parent.keyType) {
     CharacterData(parser).clear();
   }
 
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+  /// The full grammar reads VALUETYPE and TYPE, which type the key when its
+  /// class is not loaded.
+  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
 private:
   std::string &target;
+  std::string &valueType;
+  TCIMType &type;
 };
+
+/// A key value typed by what the document says of it: TYPE when given,
+/// else VALUETYPE ("string", "boolean", or "numeric": a signed integer with
+/// a minus sign, a real with a point or exponent, else an unsigned one).
+TCIMValue KeyValueFromDocument(TCIMXMLParser &parser, std::string &text,
+                               const std::string &valueType, TCIMType type);
 
 /// "value.reference": makes a reference value from any of its path children
 /// (any number, each acting in turn) and stores it into the parent's value,

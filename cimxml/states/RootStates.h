@@ -5,6 +5,7 @@
 #define ORV_CIMXML_STATES_ROOTSTATES_H
 
 #include "cimxml/CIMXMLParser.h"
+#include "cimxml/states/StandaloneSink.h"
 
 #include <cstdint>
 #include <string>
@@ -12,17 +13,23 @@
 namespace NVRNORV20 {
 
 /// The state that a new parser starts in. Its only child is the root element
-/// "cim"; any other root is "Unexpected element " + name.
-class TCIMXMLParser::TStateStart : public TCIMXMLParser::TParseState {
+/// "cim"; any other root is "Unexpected element " + name. The full grammar
+/// also reads a document whose root is an object, a value object or a path,
+/// as that object.
+class TCIMXMLParser::TStateStart : public TCIMXMLParser::TParseState, public TStandaloneSink {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
 };
 
 /// The root element. Its attributes (the versions) are not read; its
-/// children come in any number and order.
+/// children come in any number and order, or in the full grammar exactly
+/// one.
 class TCIMXMLParser::TStateCIM : public TCIMXMLParser::TParseState {
 public:
+  /// The full grammar's phase once the one child has come.
+  static constexpr std::int32_t kFullDone = 1;
+
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
 };

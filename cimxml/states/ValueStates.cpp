@@ -1,5 +1,7 @@
 #include "cimxml/states/ValueStates.h"
 
+#include "cimxml/states/ReferenceStates.h"
+
 namespace NVRNORV20 {
 
 namespace {
@@ -28,12 +30,45 @@ void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser, const 
                                                    TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateValue, TStateValueArray>("value"),
+      FullChild<TStateValueNull, TStateValueArray>("value.null"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
 
 void TCIMXMLParser::TStateValueArray::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   target.Set(elementType, count, elements);
+  Pop(parser);
+}
+
+TCIMXMLParser::TStateValueNull::TStateValueNull(TCIMXMLParser &, TStateValueArray &parent) {
+  parent.elements.emplace_back(parent.elementType, 0);
+}
+
+TCIMXMLParser::TStateValueNull::TStateValueNull(TCIMXMLParser &, TStateValueRefArray &parent) {
+  parent.elements.emplace_back(TCIMType(kCIMTypeReference), 0);
+}
+
+void TCIMXMLParser::TStateValueRefArray::ChildElement(TCIMXMLParser &parser,
+                                                      const std::string &name,
+                                                      TAttributes &attributes) {
+  // A reference is appended when the next child starts or the array ends,
+  // once its own state has written it.
+  if (valueSeen) {
+    elements.push_back(value);
+    value = TCIMValue();
+    valueSeen = false;
+  }
+  static constexpr TChildRow kRows[] = {
+      Child<TStateValueReference, TStateValueRefArray>("value.reference"),
+      Child<TStateValueNull, TStateValueRefArray>("value.null"),
+  };
+  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+}
+
+void TCIMXMLParser::TStateValueRefArray::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  if (valueSeen)
+    elements.push_back(value);
+  target.Set(TCIMType(kCIMTypeReference), 0, elements);
   Pop(parser);
 }
 

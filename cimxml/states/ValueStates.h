@@ -65,6 +65,36 @@ private:
   unsigned count;
 };
 
+/// "value.null", full grammar only: a null element of the array that holds
+/// it.
+class TCIMXMLParser::TStateValueNull : public TCIMXMLParser::TParseState {
+public:
+  TStateValueNull(TCIMXMLParser &parser, TStateValueArray &parent);
+  TStateValueNull(TCIMXMLParser &parser, TStateValueRefArray &parent);
+};
+
+/// "value.refarray", full grammar only: references and null elements, in
+/// order, written into the parent's value as one array of references.
+class TCIMXMLParser::TStateValueRefArray : public TCIMXMLParser::TParseState {
+public:
+  template <class TParent>
+  TStateValueRefArray(TCIMXMLParser &, TParent &parent) : target(parent.value) {
+    parent.valueSeen = true;
+  }
+
+  void ChildElement(TCIMXMLParser &parser, const std::string &name,
+                    TAttributes &attributes) override;
+  void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
+
+  std::vector<TCIMValue> elements;
+  /// What the reference child writes into before it is appended.
+  TCIMValue value;
+  bool valueSeen = false;
+
+private:
+  TCIMValue &target;
+};
+
 } // namespace NVRNORV20
 
 #endif
