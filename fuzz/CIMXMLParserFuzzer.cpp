@@ -3,10 +3,11 @@
 // holds the example schema (qualifier declarations, keyed classes, an
 // association), so that instance data, paths and references reach the
 // object model instead of stopping at unknown names. The input is loaded
-// twice, once as the loaders do and once with the instance property type
-// check turned off, and whatever either load built is then printed as MOF
-// and, for instances, looked up again by path: objects that loaded must be
-// usable, not merely built.
+// three times: in the classic grammar as the loaders do, with the instance
+// property type check turned off, and in the full grammar registering what
+// it reads. Whatever a load built is then printed as MOF and, for
+// instances, looked up again by path: objects that loaded must be usable,
+// not merely built.
 #include "cimxml/CIMXMLParser.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/CIMReference.h"
@@ -81,11 +82,15 @@ void Use(const boost::shared_ptr<ICIMNamespace> &ns, TCIMXMLParser &parser) {
   quietLogger.sink += sink;
 }
 
-void LoadOnce(const std::uint8_t *data, std::size_t size, bool qn402) {
+enum class EMode { kClassic, kQN402, kFull };
+
+void LoadOnce(const std::uint8_t *data, std::size_t size, EMode mode) {
   boost::shared_ptr<ICIMNamespace> ns = SchemaNamespace();
   TCIMXMLParser parser(ns);
-  if (qn402)
+  if (mode == EMode::kQN402)
     parser.SetQN402Mode();
+  if (mode == EMode::kFull)
+    parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kRegister});
   Load(parser, reinterpret_cast<const char *>(data), size);
   Use(ns, parser);
 }
@@ -94,7 +99,8 @@ void LoadOnce(const std::uint8_t *data, std::size_t size, bool qn402) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   TRootObject::SetCoreLogger(&quietLogger);
-  LoadOnce(data, size, false);
-  LoadOnce(data, size, true);
+  LoadOnce(data, size, EMode::kClassic);
+  LoadOnce(data, size, EMode::kQN402);
+  LoadOnce(data, size, EMode::kFull);
   return 0;
 }

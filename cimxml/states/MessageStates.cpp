@@ -628,13 +628,13 @@ void TCIMXMLParser::TStateIReturnValue::ChildElement(TCIMXMLParser &parser, cons
     const bool single = name == "value.array" || name == "value.reference";
     if (!childKind.empty() && (name != childKind || single))
       parser.FatalError(("Unexpected element " + name).c_str());
-    childKind = name;
     if (valueSeen) {
       values.push_back(value);
       valueSeen = false;
     }
   }
   AcceptChild(parser, name, attributes, kRows, kDone);
+  childKind = name;
 }
 
 void TCIMXMLParser::TStateIReturnValue::ElementEnd(TCIMXMLParser &parser, const std::string &) {
