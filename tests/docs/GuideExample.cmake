@@ -1,5 +1,7 @@
-# Run by the GuideExample test with PROGRAM, SOURCE_DIR and PAGE. The page's
-# one ```cpp block must be examples/LoadDocuments.cpp, byte for byte. Run
+# Run by the GuideExample test with PROGRAM, COUNTER, SOURCE_DIR and PAGE.
+# The page's two ```cpp blocks must be examples/LoadDocuments.cpp and
+# examples/CountInstances.cpp, byte for byte; the second prints the page's
+# third ```text block on the example enumeration. Run
 # from the source directory with relative names, as the page runs it, the
 # program must print the page's first ```text block on the example documents
 # and log nothing; and on a missing file exit 1 with the page's second ```text block on standard error.
@@ -27,7 +29,7 @@ function(expect what expected actual)
 endfunction()
 
 function(run)
-  execute_process(COMMAND ${PROGRAM} ${ARGN} WORKING_DIRECTORY ${SOURCE_DIR}
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${SOURCE_DIR}
                   OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE status)
   set(out "${out}" PARENT_SCOPE)
   set(err "${err}" PARENT_SCOPE)
@@ -38,14 +40,24 @@ file(READ ${SOURCE_DIR}/examples/LoadDocuments.cpp source)
 guide_block(cpp 0 shown)
 expect("The program in ${PAGE}; copy examples/LoadDocuments.cpp into it" "${source}" "${shown}")
 
-run(examples/schema.xml examples/instances.xml)
+run(${PROGRAM} examples/schema.xml examples/instances.xml)
 guide_block(text 0 shown)
 expect("The output on the examples, as ${PAGE} shows it" "${shown}" "${out}")
 expect("The log on the examples" "" "${err}")
 expect("The status on the examples" 0 "${status}")
 
 
-run(missing.xml)
+run(${PROGRAM} missing.xml)
 guide_block(text 1 shown)
 expect("The failure on a missing file, as ${PAGE} shows it" "${shown}" "${err}")
 expect("The status on a missing file" 1 "${status}")
+
+file(READ ${SOURCE_DIR}/examples/CountInstances.cpp source)
+guide_block(cpp 1 shown)
+expect("The second program in ${PAGE}; copy examples/CountInstances.cpp into it" "${source}"
+       "${shown}")
+run(${COUNTER} examples/enumeration.xml)
+guide_block(text 2 shown)
+expect("The count of the example enumeration, as ${PAGE} shows it" "${shown}" "${out}")
+expect("The log of the count" "" "${err}")
+expect("The status of the count" 0 "${status}")
