@@ -5,15 +5,20 @@
 #include "core_api/CIMDateTime.h"
 #include "core_api/Logger.h"
 #include "core_api/ORVStatusCode.h"
+#include "xml/XmlBytes.h"
 
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
 #include <cassert>
+#include <cctype>
 #include <climits>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <locale>
 #include <typeinfo>
+#include <utility>
 
 namespace NVRNORV20 {
 
@@ -98,6 +103,7 @@ void TCIMXMLParser::Parse(char *buffer) {
   messagesDelivered = 0;
   operationOpen = nullptr;
   roleOpen.clear();
+  SetXmlCharacters(readOptions.grammar == ECIMXMLGrammar::kFull);
   TXmlParser::Parse(buffer);
   parseUnfinished = stateStack.size() != 1;
 }
@@ -147,6 +153,8 @@ void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
   // empty the stack; a start tag then has no state to go to.
   if (stateStack.empty() || !stateStack.back())
     throw TORVException();
+  if (readOptions.grammar == ECIMXMLGrammar::kFull)
+    DecodeAttributes(attributes);
   TParseState &top = *stateStack.back();
   const std::size_t depth = stateStack.size();
   try {
@@ -199,8 +207,82 @@ void TCIMXMLParser::EndElement(const char *name) {
 void TCIMXMLParser::processingInstruction(const char *, const char *) {}
 
 void TCIMXMLParser::characters(const char *data, unsigned int length) {
-  if (length != 0)
+  if (length == 0)
+    return;
+  if (readOptions.grammar == ECIMXMLGrammar::kFull)
+    AppendXmlText(characterData, data, length);
+  else
     characterData.append(data, length);
+}
+
+void TCIMXMLParser::CharacterError(const char *message) {
+  if (readOptions.grammar != ECIMXMLGrammar::kFull)
+    FatalError(message);
+  LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":" + message);
+}
+
+void TCIMXMLParser::AppendXmlText(std::string &to, const char *data, std::size_t length) {
+  std::size_t run = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    const auto byte = static_cast<unsigned char>(data[i]);
+    if (byte >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r')
+      continue;
+    to.append(data + run, i - run);
+    run = i + 1;
+    char code[8];
+    std::snprintf(code, sizeof code, "%04X", static_cast<unsigned>(byte));
+    CharacterError((std::string("Character U+") + code + " is not an XML character").c_str());
+  }
+  to.append(data + run, length - run);
+}
+
+// The tokenizer checked every reference of an attribute value; only their
+// meaning is left to read.
+void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
+  static const std::pair<const char *, char> kNamed[] = {
+      {"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"apos;", '\''}, {"quot;", '"'}};
+  for (auto &attribute : attributes) {
+    const std::string &raw = attribute.second;
+    bool clean = true;
+    for (char c : raw)
+      clean = clean && c != '&' &&
+              (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n' || c == '\r');
+    if (clean)
+      continue;
+    std::string value;
+    for (std::size_t at = 0; at < raw.size();) {
+      const std::size_t amp = raw.find('&', at);
+      AppendXmlText(value, raw.data() + at, (amp == std::string::npos ? raw.size() : amp) - at);
+      if (amp == std::string::npos)
+        break;
+      const std::size_t semicolon = raw.find(';', amp);
+      if (semicolon == std::string::npos) {
+        value.append(raw, amp, std::string::npos);
+        break;
+      }
+      std::string reference = raw.substr(amp + 1, semicolon - amp);
+      for (char &c : reference)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      at = semicolon + 1;
+      if (reference[0] == '#') {
+        const bool hex = reference.size() > 1 && reference[1] == 'x';
+        const unsigned long code =
+            std::strtoul(reference.c_str() + (hex ? 2 : 1), nullptr, hex ? 16 : 10);
+        if (code > 0x10FFFF || !IsXmlChar(static_cast<std::uint32_t>(code))) {
+          CharacterError(
+              ("Character reference &" + reference + " is not an XML character").c_str());
+          continue;
+        }
+        char bytes[4];
+        value.append(bytes, EncodeUtf8(static_cast<std::uint32_t>(code), bytes));
+        continue;
+      }
+      for (const auto &named : kNamed)
+        if (reference == named.first)
+          value += named.second;
+    }
+    attribute.second.swap(value);
+  }
 }
 
 void TCIMXMLParser::notationDecl(const char *, const char *, const char *) {}

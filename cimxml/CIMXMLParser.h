@@ -146,6 +146,9 @@ public:
   /// when they are pushed and read it at their end.
   void characters(const char *data, unsigned int length) override;
   void notationDecl(const char *name, const char *publicId, const char *systemId) override;
+  /// In the full grammar a character that XML 1.0 does not allow is logged
+  /// with its line and dropped; the parse goes on.
+  void CharacterError(const char *message) override;
   /// Logs "CIM-XML Parser line N:" + message at level 3 and throws status 9.
   [[noreturn]] void FatalError(const char *message) override;
 
@@ -227,6 +230,12 @@ private:
   const std::ctype<char> *foldFacet = nullptr;
   bool foldByTable = false;
   char foldTable[256] = {};
+
+  /// The full grammar's reading of attribute values: references decoded,
+  /// characters that XML 1.0 does not allow logged and dropped.
+  void DecodeAttributes(TAttributes &attributes);
+  /// Appends text, dropping (and logging) what XML 1.0 does not allow.
+  void AppendXmlText(std::string &to, const char *data, std::size_t length);
 
   /// The name folded with the global locale as it stands now.
   const std::string &FoldElementName(const char *name);

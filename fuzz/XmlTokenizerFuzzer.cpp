@@ -1,10 +1,9 @@
-// Fuzz target for the XML tokenizer alone. Each input is parsed twice, from
-// an exactly sized copy ending in its NUL (so that AddressSanitizer sees any
-// read past it): once by a handler that throws from FatalError, as the
-// CIM-XML parser does, and once by one that returns, which drives the
-// tokenizer on along its error paths. Either way the parse must end, and the
-// buffer must come back as it was, but for attribute names folded to lower
-// case.
+// Fuzz target for the XML tokenizer alone. Each input is parsed three times,
+// from an exactly sized copy ending in its NUL (so that AddressSanitizer sees
+// any read past it): once by a handler that throws from FatalError, as the
+// CIM-XML parser does, once by one that returns, which drives the tokenizer
+// on along its error paths, and once so with XML 1.0's numeric references. Either way the parse
+// must end, and the buffer must come back as it was, but for attribute names folded to lower case.
 #include "core_api/ORVStatusCode.h"
 #include "xml/XmlParser.h"
 
@@ -21,7 +20,9 @@ using NVRNORV20::TXmlParser;
 
 class TFuzzHandler : public TXmlParser {
 public:
-  explicit TFuzzHandler(bool throwOnErrorIn) : throwOnError(throwOnErrorIn) {}
+  TFuzzHandler(bool throwOnErrorIn, bool xmlCharacters) : throwOnError(throwOnErrorIn) {
+    SetXmlCharacters(xmlCharacters);
+  }
 
   void StartElement(const char *name, TAttributes &attributes) override {
     sink += std::strlen(name);
@@ -55,12 +56,12 @@ private:
   bool throwOnError;
 };
 
-void ParseOnce(const std::uint8_t *data, std::size_t size, bool throwOnError) {
+void ParseOnce(const std::uint8_t *data, std::size_t size, bool throwOnError, bool xmlCharacters) {
   std::unique_ptr<char[]> buffer(new char[size + 1]);
   if (size != 0)
     std::memcpy(buffer.get(), data, size);
   buffer[size] = '\0';
-  TFuzzHandler handler(throwOnError);
+  TFuzzHandler handler(throwOnError, xmlCharacters);
   try {
     handler.Parse(buffer.get());
   } catch (const NVRNORV20::TORVException &) {
@@ -76,7 +77,8 @@ void ParseOnce(const std::uint8_t *data, std::size_t size, bool throwOnError) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  ParseOnce(data, size, true);
-  ParseOnce(data, size, false);
+  ParseOnce(data, size, true, false);
+  ParseOnce(data, size, false, false);
+  ParseOnce(data, size, false, true);
   return 0;
 }

@@ -127,6 +127,8 @@ struct TXmlParser::TCaches {
   TXmlNameFolder names;
   TXmlAttributeMaps attributeMaps;
   TXmlFailedSearch failedSearches[kTerminatorCount];
+  /// Numeric references as XML 1.0 reads them (see SetXmlCharacters).
+  bool xmlCharacters = false;
 };
 
 } // namespace NVRNORV20

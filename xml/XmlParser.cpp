@@ -3,13 +3,31 @@
 #include "xml/XmlBytes.h"
 #include "xml/XmlCaches.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 namespace NVRNORV20 {
 
 namespace {
+
+/// "#65;" or "#x41;" (letters folded already).
+bool IsNumericReference(std::string_view reference) {
+  const bool hex = reference.size() > 1 && reference[1] == 'x';
+  const std::size_t first = hex ? 2 : 1;
+  if (reference.size() < first + 2 || reference[0] != '#' || reference.back() != ';')
+    return false;
+  for (std::size_t i = first; i + 1 < reference.size(); ++i) {
+    const char c = reference[i];
+    if (!(c >= '0' && c <= '9') && !(hex && c >= 'a' && c <= 'f'))
+      return false;
+  }
+  return true;
+}
 
 // Byte classes, one table lookup per byte in the scanning loops.
 enum : unsigned char {
@@ -651,7 +669,8 @@ bool TXmlParser::ScanAttributeValue(char quote) {
 }
 
 // Only the five named references may follow "&" in a value, in any letter
-// case; numeric ones are refused. The look-ahead stops at the terminator
+// case; numeric ones are refused unless XML characters are on (up to eight
+// digits, what any code point needs). The look-ahead stops at the terminator
 // after taking it once: taking it again and again would step back over
 // bytes never read, onto a "/>" read before, and the same start tag would
 // then be read forever when FatalError returns.
@@ -664,6 +683,8 @@ bool TXmlParser::CheckAttributeReference() {
   const std::string_view reference(taken, count);
   if (reference == "lt;" || reference == "gt;" || reference == "amp;" || reference == "apos;" ||
       reference == "quot;")
+    return true;
+  if (caches->xmlCharacters && IsNumericReference(reference))
     return true;
   for (std::size_t i = 0; i < count; ++i)
     StepBack();
@@ -701,9 +722,28 @@ bool TXmlParser::ParseCharData() {
   }
 }
 
-// &#65; or &#x41;: one byte, the number modulo 256, never a UTF-8 sequence.
-// A bad byte is reported and counted as a digit, and reading goes on; the
-// end of the buffer stops it.
+void TXmlParser::CharacterError(const char *message) {
+  FatalError(message);
+}
+
+void TXmlParser::SetXmlCharacters(bool strict) {
+  caches->xmlCharacters = strict;
+}
+
+namespace {
+
+std::string HexCode(std::uint32_t code) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%04X", static_cast<unsigned>(code));
+  return text;
+}
+
+} // namespace
+
+// &#65; or &#x41;: one byte, the number modulo 256, never a UTF-8 sequence;
+// with XML characters on, the code point in UTF-8. A bad byte is reported
+// and counted as a digit, and reading goes on; the end of the buffer stops
+// it.
 void TXmlParser::ReadNumericReference() {
   unsigned base = 10;
   if (AsciiLower(ByteAtCursor()) == 'x') {
@@ -711,6 +751,8 @@ void TXmlParser::ReadNumericReference() {
     base = 16;
   }
   unsigned char value = 0;
+  // Past U+10FFFF it stays there: no character, whatever digits follow.
+  std::uint32_t code = 0;
   bool anyDigit = false;
   for (;;) {
     const char raw = NextByte();
@@ -722,8 +764,23 @@ void TXmlParser::ReadNumericReference() {
       digit = c - 'a' + 10;
     if (digit >= 0) {
       value = static_cast<unsigned char>(value * base + static_cast<unsigned>(digit));
+      code = std::min<std::uint32_t>(code * base + static_cast<unsigned>(digit), 0x110000);
       anyDigit = true;
       continue;
+    }
+    if (c == ';' && anyDigit && caches->xmlCharacters) {
+      if (IsXmlChar(code)) {
+        char text[4];
+        const unsigned length = EncodeUtf8(code, text);
+        // Every piece ends in a NUL, as the runs of the buffer do.
+        char piece[5] = {};
+        std::memcpy(piece, text, length);
+        characters(piece, length);
+      } else {
+        CharacterError(
+            ("Character reference to U+" + HexCode(code) + " is not an XML character").c_str());
+      }
+      return;
     }
     if (c == ';' && anyDigit) {
       const char text[2] = {static_cast<char>(value), '\0'};

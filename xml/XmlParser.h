@@ -63,6 +63,11 @@ public:
   /// and ends the list; the attributes read before it are returned.
   virtual TAttributes GetAttributeNValue();
 
+  /// A character that XML 1.0 does not allow, met while numeric references
+  /// are read as XML 1.0 reads them. The default reports it as a syntax
+  /// error (FatalError).
+  virtual void CharacterError(const char *message);
+
   /// Tokenizes the buffer, which must stay alive and writable during the
   /// call; it may be called again with another buffer. Returns normally or
   /// by an exception of the handler; nothing after the root element is
@@ -73,6 +78,14 @@ public:
   unsigned GetCurLine();
 
 protected:
+  /// With strict set, a numeric reference gives the UTF-8 bytes of its code
+  /// point, and one that XML 1.0 does not allow as a character (NUL, the
+  /// controls but tab, line feed and carriage return, surrogates, U+FFFE,
+  /// U+FFFF, past U+10FFFF) goes to CharacterError and gives nothing.
+  /// Without it (the default), a reference gives one byte, its number
+  /// modulo 256.
+  void SetXmlCharacters(bool strict);
+
   /// The byte at the cursor; advances unless it is the terminator.
   char GetChar();
   char PeekChar();

@@ -265,6 +265,18 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        "TYPE=\"string\"/></INSTANCE>",
        {"I:instance of X_Disk { A = 1; };"},
        {Err("Qualifier Q of an instance is not kept"), Ended(kORVStatusTypeMismatch)}},
+      // XML 1.0's characters: references decoded to UTF-8, attributes too;
+      // what XML does not allow is dropped with a line.
+      {response("<VALUE>a&#1;b&#xE9;\x02"
+                "c</VALUE>"),
+       {"O3 X () -> \"ab\xC3\xA9"
+        "c\"",
+        "M2 7 ops 1"},
+       {Err("Character reference to U+0001 is not an XML character"),
+        Err("Character U+0002 is not an XML character")}},
+      {"<CLASSNAME NAME=\"A&amp;B&#0;&#x41;\"/>",
+       {"CP:@A&BA"},
+       {Err("Character reference &#0; is not an XML character")}},
       {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"/>",
        {"C:X_Sub"},
        {Err("Superclass X_Base of class X_Sub is not loaded: an empty class stands in for it")}},
