@@ -11,8 +11,11 @@
 //
 // Documents D: a generated class document of about 30 MB; the two large
 // schemas of the shared corpus (the 2.42 one gzip compressed, loaded after
-// the qualifier declarations it relies on), when they are there; and a
-// generated document of 50,000 instances, loaded after its classes.
+// the qualifier declarations it relies on), when they are there; a
+// generated document of 50,000 instances, loaded after its classes; and a
+// generated EnumerateInstances response of 100,000 named instances (about
+// 100 MB), read in the full grammar without its classes, once into the
+// result that keeps everything and once by a handler that keeps nothing.
 //
 // Rates are of the XML text, in processor time of the benchmark thread, so
 // that what else runs on a shared machine matters less. After the usual
@@ -20,6 +23,7 @@
 // release targets are stated in, the load's objects per second, and the
 // growth of the peak resident size during one load (buffer included) as a
 // multiple of the text's size.
+#include "cimxml/CIMXMLDocument.h"
 #include "cimxml/CIMXMLParser.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/Logger.h"
@@ -51,14 +55,30 @@ namespace {
 
 using TNamespacePtr = boost::shared_ptr<NVRNORV20::ICIMNamespace>;
 
+/// How a document is read.
+enum class EReader {
+  kClasses,   // the class loader
+  kInstances, // the instance loader
+  kFullKept,  // the full grammar into a TCIMXMLResult
+  kFullCount, // the full grammar, by a handler that only counts
+};
+
+/// Counts instances and keeps nothing.
+class TInstanceCounter : public NVRNORV20::ICIMXMLHandler {
+public:
+  void Object(const NVRNORV20::TCIMXMLObject &object) override {
+    count += object.kind == NVRNORV20::TCIMXMLObject::EKind::kInstance;
+  }
+  std::size_t count = 0;
+};
+
 struct TDocument {
   std::string name;
   /// The file the loader reads; generated documents are written to /tmp.
   std::string path;
   /// Loaded into each namespace first, untimed (declarations, classes).
   std::string prerequisite;
-  /// Instance documents go through the instance loader.
-  bool instances = false;
+  EReader reader = EReader::kClasses;
   bool generated = false;
   /// The XML text with its NUL, as the tokenizer wants it.
   std::vector<char> bytes;
@@ -79,9 +99,24 @@ TNamespacePtr PreparedNamespace(const TDocument &document) {
 }
 
 std::size_t LoadInto(const TNamespacePtr &ns, const TDocument &document) {
-  using NVRNORV20::TNamespacePopulator;
-  if (document.instances)
+  using namespace NVRNORV20;
+  const TCIMXMLReadOptions full{ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly};
+  switch (document.reader) {
+  case EReader::kClasses:
+    break;
+  case EReader::kInstances:
     return TNamespacePopulator::PopulateFromRegXMLFile(ns, document.path).size();
+  case EReader::kFullKept: {
+    TCIMXMLResult result;
+    TNamespacePopulator::Populate(ns, document.path, full, result);
+    return result.Count(TCIMXMLObject::EKind::kInstance);
+  }
+  case EReader::kFullCount: {
+    TInstanceCounter counter;
+    TNamespacePopulator::Populate(ns, document.path, full, counter);
+    return counter.count;
+  }
+  }
   return TNamespacePopulator::PopulateFromXMLFile(ns, document.path).size();
 }
 
@@ -207,9 +242,10 @@ void BM_Load(benchmark::State &state, TDocument *document) {
     state.ResumeTiming();
   }
   SetBytes(state, *document);
-  state.counters[document->instances ? "instances/s" : "classes/s"] = benchmark::Counter(
-      static_cast<double>(document->objects) * static_cast<double>(state.iterations()),
-      benchmark::Counter::kIsRate);
+  state.counters[document->reader == EReader::kClasses ? "classes/s" : "instances/s"] =
+      benchmark::Counter(static_cast<double>(document->objects) *
+                             static_cast<double>(state.iterations()),
+                         benchmark::Counter::kIsRate);
   if (document->peakGrowth >= 0)
     state.counters["peak/doc"] = document->peakGrowth / static_cast<double>(document->Size());
 }
@@ -259,7 +295,7 @@ std::vector<std::unique_ptr<TDocument>> MakeDocuments() {
   instances->name = "generated_instances";
   instances->path = "/tmp/orv-peer-benchmark-instances.xml";
   instances->prerequisite = "/tmp/orv-peer-benchmark-instance-classes.xml";
-  instances->instances = true;
+  instances->reader = EReader::kInstances;
   instances->generated = true;
   std::ofstream(instances->prerequisite, std::ios::binary)
       << orvbench::GenerateClassDocument(kInstanceClasses);
@@ -267,6 +303,23 @@ std::vector<std::unique_ptr<TDocument>> MakeDocuments() {
   std::ofstream(instances->path, std::ios::binary) << instanceText;
   instances->bytes = orvbench::Terminated(instanceText);
   documents.push_back(std::move(instances));
+
+  // A server's answer, read without its classes: kept whole, and counted.
+  constexpr std::size_t kEnumerated = 100000;
+  const std::string responseText =
+      orvbench::GenerateEnumerationResponse(kEnumerated, kInstanceClasses);
+  const std::string responsePath = "/tmp/orv-peer-benchmark-enumeration.xml";
+  std::ofstream(responsePath, std::ios::binary) << responseText;
+  for (EReader reader : {EReader::kFullKept, EReader::kFullCount}) {
+    auto response = std::make_unique<TDocument>();
+    response->name =
+        reader == EReader::kFullKept ? "enumeration_full_kept" : "enumeration_full_counted";
+    response->path = responsePath;
+    response->reader = reader;
+    response->generated = reader == EReader::kFullCount; // removed once
+    response->bytes = orvbench::Terminated(responseText);
+    documents.push_back(std::move(response));
+  }
 
   for (const auto &document : documents) {
     document->objects = LoadInto(PreparedNamespace(*document), *document);

@@ -201,6 +201,26 @@ void KeyBindingReference(std::string &out, std::string_view name, std::size_t ta
          "</PROPERTY.REFERENCE>\n";
 }
 
+void OrdinaryInstanceProperties(std::string &out, std::size_t j) {
+  TWords words(j + 7);
+  const std::string id = std::to_string(j);
+  out += "<PROPERTY NAME=\"InstanceID\" TYPE=\"string\"><VALUE>orv:bench:" + id +
+         "</VALUE></PROPERTY>\n";
+  out += "<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>" + words.Sentence(6) +
+         "</VALUE></PROPERTY>\n";
+  out += "<PROPERTY NAME=\"ElementName\" TYPE=\"string\"><VALUE>element " + id +
+         "</VALUE></PROPERTY>\n";
+  out += "<PROPERTY NAME=\"ElementCount\" TYPE=\"uint32\"><VALUE>" + std::to_string(j % 65536) +
+         "</VALUE></PROPERTY>\n";
+  out += "<PROPERTY NAME=\"Enabled\" TYPE=\"boolean\"><VALUE>" +
+         std::string(j % 2 == 0 ? "true" : "false") + "</VALUE></PROPERTY>\n";
+  out += "<PROPERTY NAME=\"InstallDate\" TYPE=\"datetime\"><VALUE>"
+         "20240102030405.000000+000</VALUE></PROPERTY>\n";
+  out += "<PROPERTY.ARRAY NAME=\"OperationalStatus\" TYPE=\"uint16\">"
+         "<VALUE.ARRAY><VALUE>2</VALUE><VALUE>" +
+         std::to_string(j % 6) + "</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>\n";
+}
+
 } // namespace
 
 std::string GeneratedClassName(std::size_t index) {
@@ -246,27 +266,31 @@ std::string GenerateInstanceDocument(std::size_t instanceCount, std::size_t clas
       KeyBindingReference(out, "Antecedent", j - 2, classCount);
       KeyBindingReference(out, "Dependent", j - 1, classCount);
     } else {
-      TWords words(j + 7);
-      const std::string id = std::to_string(j);
-      out += "<PROPERTY NAME=\"InstanceID\" TYPE=\"string\"><VALUE>orv:bench:" + id +
-             "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>" + words.Sentence(6) +
-             "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"ElementName\" TYPE=\"string\"><VALUE>element " + id +
-             "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"ElementCount\" TYPE=\"uint32\"><VALUE>" + std::to_string(j % 65536) +
-             "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"Enabled\" TYPE=\"boolean\"><VALUE>" +
-             std::string(j % 2 == 0 ? "true" : "false") + "</VALUE></PROPERTY>\n";
-      out += "<PROPERTY NAME=\"InstallDate\" TYPE=\"datetime\"><VALUE>"
-             "20240102030405.000000+000</VALUE></PROPERTY>\n";
-      out += "<PROPERTY.ARRAY NAME=\"OperationalStatus\" TYPE=\"uint16\">"
-             "<VALUE.ARRAY><VALUE>2</VALUE><VALUE>" +
-             std::to_string(j % 6) + "</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>\n";
+      OrdinaryInstanceProperties(out, j);
     }
     out += "</INSTANCE>\n</VALUE.OBJECT>\n";
   }
   Tail(out);
+  return out;
+}
+
+std::string GenerateEnumerationResponse(std::size_t instanceCount, std::size_t classCount) {
+  std::string out;
+  out.reserve(1024 + instanceCount * 1100);
+  out += "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" "
+         "DTDVERSION=\"2.4\">\n<MESSAGE ID=\"1\" PROTOCOLVERSION=\"1.0\">\n<SIMPLERSP>\n"
+         "<IMETHODRESPONSE NAME=\"EnumerateInstances\">\n<IRETURNVALUE>\n";
+  for (std::size_t j = 0; j < instanceCount; ++j) {
+    // Ordinary classes only: the ones before each association.
+    const std::string className = GeneratedClassName((j % classCount) / 4 * 4 + j % 3);
+    out += "<VALUE.NAMEDINSTANCE>\n<INSTANCENAME CLASSNAME=\"" + className +
+           "\"><KEYBINDING NAME=\"InstanceID\"><KEYVALUE VALUETYPE=\"string\">orv:bench:" +
+           std::to_string(j) + "</KEYVALUE></KEYBINDING></INSTANCENAME>\n<INSTANCE CLASSNAME=\"" +
+           className + "\">\n";
+    OrdinaryInstanceProperties(out, j);
+    out += "</INSTANCE>\n</VALUE.NAMEDINSTANCE>\n";
+  }
+  out += "</IRETURNVALUE>\n</IMETHODRESPONSE>\n</SIMPLERSP>\n</MESSAGE>\n</CIM>\n";
   return out;
 }
 

@@ -31,6 +31,12 @@ std::string GenerateClassDocument(std::size_t classCount);
 /// ordinary classes). Needs classCount >= 1.
 std::string GenerateInstanceDocument(std::size_t instanceCount, std::size_t classCount);
 
+/// An EnumerateInstances response of `instanceCount` named instances of the
+/// ordinary classes of GenerateClassDocument(classCount), as a server sends
+/// it: each VALUE.NAMEDINSTANCE with its key binding. About 1 KB per
+/// instance. Needs classCount to be a multiple of 4.
+std::string GenerateEnumerationResponse(std::size_t instanceCount, std::size_t classCount);
+
 /// Picks `classCount` so that the class document is about `bytes` long.
 std::size_t ClassCountForSize(std::size_t bytes);
 
