@@ -538,11 +538,16 @@ TXmlParser::EContent TXmlParser::ReadContent(bool &doneResult) {
     case '?':
       goOn = ParseProcessingInstruction();
       break;
-    case '!':
+    case '!': {
       // A CDATA section, or any "<!" that is not a whole comment, ends the
-      // element without a report.
-      goOn = SkipComment();
+      // element without a report; with XML characters on, a CDATA section
+      // is text.
+      bool ended = true;
+      if (caches->xmlCharacters && ParseCDataSection(ended))
+        break;
+      goOn = ended && SkipComment();
       break;
+    }
     case '%':
       goOn = ParseJSSP();
       break;
@@ -690,6 +695,28 @@ bool TXmlParser::CheckAttributeReference() {
     StepBack();
   FatalError("Unexpected character(&) in attribute value");
   return false;
+}
+
+bool TXmlParser::ParseCDataSection(bool &ended) {
+  static constexpr char kOpen[] = "<![CDATA[";
+  static constexpr std::size_t kOpenLength = sizeof kOpen - 1;
+  if (cursorUnderrun != 0 || std::strncmp(cursor, kOpen, kOpenLength) != 0)
+    return false;
+  char *content = cursor + kOpenLength;
+  char *close = std::strstr(content, "]]>");
+  if (close == nullptr) {
+    cursor += std::strlen(cursor);
+    FatalError("Unterminated CDATA section");
+    ended = false;
+    return false;
+  }
+  cursor = close + 3;
+  if (close != content) {
+    TByteRestorer restore(close, *close);
+    *close = '\0';
+    characters(content, static_cast<unsigned>(close - content));
+  }
+  return true;
 }
 
 // Text arrives in pieces: each run between markup and references, and each

@@ -104,6 +104,10 @@ private:
   bool ParseDocTypeDecl();
   bool ParseMisc();
   bool SkipComment();
+  /// "<![CDATA[...]]>" at the cursor, with XML characters on: its bytes go
+  /// to characters as they are. False when it is not one (the cursor then
+  /// stays) or it never ends (reported).
+  bool ParseCDataSection(bool &ended);
   bool ParseProcessingInstruction();
   bool ParseElement();
 

@@ -274,6 +274,7 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
         "M2 7 ops 1"},
        {Err("Character reference to U+0001 is not an XML character"),
         Err("Character U+0002 is not an XML character")}},
+      {response("<VALUE><![CDATA[<a>&x]]></VALUE>"), {"O3 X () -> \"<a>&x\"", "M2 7 ops 1"}, {}},
       {"<CLASSNAME NAME=\"A&amp;B&#0;&#x41;\"/>",
        {"CP:@A&BA"},
        {Err("Character reference &#0; is not an XML character")}},
