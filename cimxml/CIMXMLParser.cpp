@@ -83,6 +83,7 @@ TCIMXMLParser &TCIMXMLParser::operator=(const TCIMXMLParser &other) {
   messagesDelivered = other.messagesDelivered;
   operationOpen = nullptr;
   roleOpen = other.roleOpen;
+  keepPropagated = other.keepPropagated;
   return *this;
 }
 
@@ -103,6 +104,7 @@ void TCIMXMLParser::Parse(char *buffer) {
   messagesDelivered = 0;
   operationOpen = nullptr;
   roleOpen.clear();
+  keepPropagated = false;
   SetXmlCharacters(readOptions.grammar == ECIMXMLGrammar::kFull);
   TXmlParser::Parse(buffer);
   parseUnfinished = stateStack.size() != 1;

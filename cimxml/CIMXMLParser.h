@@ -218,6 +218,10 @@ private:
   /// (the parameter's name, "" for the return value).
   TCIMXMLOperation *operationOpen = nullptr;
   std::string roleOpen;
+  /// Set while the full grammar reads a class that has no superclass to
+  /// propagate qualifiers from (a root class, or one whose superclass is a
+  /// stand-in): its propagated qualifiers are then kept as its own.
+  bool keepPropagated = false;
 
   /// Element names are folded into this buffer, reused from element to
   /// element, so that a name costs no allocation once the buffer is long
@@ -437,6 +441,7 @@ protected:
   }
   static TCIMXMLOperation *&OperationOpen(TCIMXMLParser &parser) { return parser.operationOpen; }
   static std::string &RoleOpen(TCIMXMLParser &parser) { return parser.roleOpen; }
+  static bool &KeepPropagated(TCIMXMLParser &parser) { return parser.keepPropagated; }
   /// Hands over a class (committed first), an instance (committed when the
   /// parse registers and its class is the namespace's), or a path standing
   /// alone; path, when given, is the object's own.

@@ -25,7 +25,8 @@ void TCIMXMLParser::TStateClass::CreateFull(TCIMXMLParser &parser) {
   boost::shared_ptr<ICIMClass> superClass = FindClass(parser, superClassName);
   const bool known =
       superClassName.empty() || (superClass && superClass->GetNamespace() == Namespace(parser));
-  if (!superClass && !superClassName.empty()) {
+  const bool standIn = !superClass && !superClassName.empty();
+  if (standIn) {
     // A response carries classes without the ones they derive from; the
     // stand-in keeps the superclass's name and nothing else.
     Report(parser, "Superclass " + superClassName + " of class " + className +
@@ -44,9 +45,11 @@ void TCIMXMLParser::TStateClass::CreateFull(TCIMXMLParser &parser) {
   }
   cls = target->CreateClass(className, superClass);
   result = cls;
+  KeepPropagated(parser) = standIn || superClassName.empty();
 }
 
 void TCIMXMLParser::TStateClass::ElementEnd(TCIMXMLParser &parser, const std::string &) {
+  KeepPropagated(parser) = false;
   if (standalone)
     DeliverClass(parser, cls, nullptr, line);
   Pop(parser);

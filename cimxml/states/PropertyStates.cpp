@@ -75,6 +75,10 @@ void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser, cons
 void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   if (!valueSeen)
     value = property.EmptyValue(*Namespace(parser));
+  // The full grammar also finds a class read earlier only to be returned.
+  if (!valueSeen && IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
+      !value.GetReferencedClass())
+    value.SetReferencedClass(FindClass(parser, property.referenceClass));
   Require(declaration).SetValue(value);
   declaration->Commit();
   Pop(parser);

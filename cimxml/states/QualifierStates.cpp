@@ -36,7 +36,9 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
       throw;
     }
   }
-  if (!propagated && declaration) {
+  // A propagated qualifier comes again from the superclass at the class's
+  // commit; without a superclass to give it, the full grammar keeps it.
+  if ((!propagated || KeepPropagated(parser)) && declaration) {
     if (!valueSeen)
       value = TCIMValue(declaration->GetType(), 0);
     auto qualifier = Require(target).CreateQualifier(declaration, value, flavor);

@@ -48,8 +48,11 @@ protected:
     std::string text = kKinds[static_cast<int>(object.kind)] + std::string(":");
     if (object.qualifierDecl)
       text += object.qualifierDecl->ToMOF();
-    if (object.cimClass)
+    if (object.cimClass) {
       text += object.cimClass->GetName();
+      for (const auto &qualifier : object.cimClass->GetQualifiers())
+        text += "(" + qualifier->GetName() + ")";
+    }
     if (object.instance)
       text += Squeezed(object.instance->ToMOF());
     if (object.hasPath)
@@ -124,7 +127,7 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                    "<PARAMETER.REFERENCE NAME=\"Q\"/><PARAMETER.ARRAY NAME=\"S\" TYPE=\"uint8\"/>"
                    "<PARAMETER.REFARRAY NAME=\"T\"/></METHOD></CLASS></VALUE.OBJECT>"),
        {"Q:Qualifier Units : string[], Scope(property), Flavor(EnableOverride, ToSubclass);",
-        "C:X_Disk"},
+        "C:X_Disk(Description)"},
        {}},
       // Named objects with remote paths, hosts and key bindings.
       {"<CIM><DECLARATION><DECLGROUP.WITHNAME>" + kRemote + "<VALUE.NAMEDOBJECT>" + kName +
@@ -278,8 +281,10 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
       {"<CLASSNAME NAME=\"A&amp;B&#0;&#x41;\"/>",
        {"CP:@A&BA"},
        {Err("Character reference &#0; is not an XML character")}},
-      {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"/>",
-       {"C:X_Sub"},
+      // A propagated qualifier is kept where no superclass can give it.
+      {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"><QUALIFIER NAME=\"Description\" "
+       "TYPE=\"string\" PROPAGATED=\"true\"><VALUE>d</VALUE></QUALIFIER></CLASS>",
+       {"C:X_Sub(Description)"},
        {Err("Superclass X_Base of class X_Sub is not loaded: an empty class stands in for it")}},
   };
   for (const TFullCase &c : cases) {
