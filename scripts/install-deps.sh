@@ -4,7 +4,9 @@
 # Usage: install-deps.sh main|test|bench
 set -euo pipefail
 
-packages=(cmake ninja-build g++ libboost-dev zlib1g-dev)
+# Every job's build includes the cimxml tool, which parses its command line
+# with CLI11 (header-only).
+packages=(cmake ninja-build g++ libboost-dev zlib1g-dev libcli11-dev)
 case "${1:-main}" in
   main) ;;
   test) packages+=(libgtest-dev libgmock-dev clang clang-format clang-tidy pkgconf valgrind) ;;

@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Builds the cimxml tool without sanitizers in build/valgrind and runs it
-# under valgrind's memory checker: on the example schema, on the examples
-# loaded as instances and printed as MOF, and on broken documents (a cut one
-# whose load fails, and one with an error that the parser contains). Any
-# invalid access, use of an uninitialised value, or definitely or indirectly
-# lost block fails the script; memory still reachable at exit does not.
+# under valgrind's memory checker, in the classic grammar: on the example
+# schema, on the examples loaded as instances and printed as MOF, and on
+# broken documents (a cut one whose load fails, and one with an error that
+# the parser contains); in the full grammar: on every example document typed
+# by the schema, printed as MOF with its operations, and on the cut
+# document. Any invalid access, use of an uninitialised value, or definitely
+# or indirectly lost block fails the script; memory still reachable at exit
+# does not.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -54,9 +57,11 @@ run() {
   fi
 }
 
-run 0 examples/schema.xml
-run 0 --instances --mof examples/schema.xml examples/instances.xml examples/message.xml
+run 0 --classic examples/schema.xml
+run 0 --classic --instances --mof examples/schema.xml examples/instances.xml examples/message.xml
+run 1 --classic "$scratch/cut.xml"
+run 0 --classic "$scratch/rejected.xml"
+run 0 --mof --operations --schema examples/schema.xml examples/*.xml
 run 1 "$scratch/cut.xml"
-run 0 "$scratch/rejected.xml"
 
 exit "$failed"

@@ -1,15 +1,21 @@
-// cimxml: loads CIM-XML documents into one namespace and reports what each
-// contributed; optionally prints the namespace as MOF.
+// cimxml: reads CIM-XML documents and reports what each held; optionally
+// prints it as MOF and lists its operations.
 //
-// Standard output carries only results ("FILE: N classes, M instances" lines
-// and the MOF), so scripts can read it; everything else goes to standard
+// Standard output carries only results (one summary line per file, the MOF,
+// the operations), so scripts can read it; everything else goes to standard
 // error.
+#include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
+#include "core_api/CIMReference.h"
+#include "core_api/CIMValue.h"
 #include "core_api/Logger.h"
 #include "core_api/ORVStatusCode.h"
 #include "core_api/OSSpecific.h"
 #include "populate/NamespacePopulator.h"
 
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
@@ -17,8 +23,10 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 using namespace NVRNORV20;
@@ -29,34 +37,23 @@ const int kExitOK = 0;
 const int kExitFailed = 1;
 const int kExitUsage = 2;
 
-const char kUsage[] = "Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n"
-                      "\n"
-                      "Loads each CIM-XML FILE, plain or gzip-compressed (a name containing\n"
-                      "\".gz\"), in order into one namespace, and prints for each on standard\n"
-                      "output:\n"
-                      "  FILE: N classes, M instances\n"
-                      "A file that fails prints instead, on standard error:\n"
-                      "  FILE: failed: status S (TEXT)\n"
-                      "and the next file is loaded.\n"
-                      "\n"
-                      "Options:\n"
-                      "  --instances  read the files as instance documents (by default they are\n"
-                      "               read as class documents)\n"
-                      "  --mof        after loading, print the namespace as MOF on standard\n"
-                      "               output: qualifier declarations, classes (superclasses\n"
-                      "               first), instances\n"
-                      "  --quiet      do not show the loader's messages, which otherwise go to\n"
-                      "               standard error as \"[LEVEL] TEXT\" lines\n"
-                      "  --stats      per file, print on standard error\n"
-                      "                 FILE: B bytes, T ms, R MB/s\n"
-                      "               (B the file's size as stored, T the time the load took,\n"
-                      "               R = B / T in millions of bytes per second)\n"
-                      "  --help       print this text\n"
-                      "\n"
-                      "Without FILE the bundled example schema is loaded.\n"
-                      "\n"
-                      "Exit status: 0 when every file loaded, 1 when any failed, 2 for a usage\n"
-                      "error.\n";
+const char kDescription[] =
+    "Reads each CIM-XML FILE, plain or gzip-compressed (a name containing \".gz\"),\n"
+    "in order. By default it reads the full grammar: every element of DSP0201,\n"
+    "messages and operations among them. The --schema documents are loaded first\n"
+    "into a namespace that types what the files hold; the files never change it.\n"
+    "Each file prints on standard output:\n"
+    "  FILE: Q qualifier declarations, C classes, I instances, P paths, O operations\n"
+    "With --classic it reads the classic grammar instead (declarations and the\n"
+    "CreateClass and CreateInstance requests), loads every file into one\n"
+    "namespace, and prints:\n"
+    "  FILE: N classes, M instances\n"
+    "A file that fails prints instead, on standard error:\n"
+    "  FILE: failed: status S (TEXT)\n"
+    "and the next file is read. Without FILE the bundled example schema is read.\n";
+
+const char kFooter[] = "Exit status: 0 when every file was read, 1 when any failed, 2 for a usage\n"
+                       "error.";
 
 /// Every message of the loader and the object model as one "[LEVEL] TEXT"
 /// line on standard error, or nothing at all.
@@ -75,40 +72,113 @@ private:
   bool quiet;
 };
 
+/// Installs the logger as the core logger for the scope's lifetime, so that
+/// the library never logs into a logger that is gone.
+class TLoggerScope {
+public:
+  explicit TLoggerScope(ILogger *logger) { TRootObject::SetCoreLogger(logger); }
+  ~TLoggerScope() { TRootObject::SetCoreLogger(nullptr); }
+  TLoggerScope(const TLoggerScope &) = delete;
+  TLoggerScope &operator=(const TLoggerScope &) = delete;
+};
+
 struct TOptions {
+  bool classic = false;
   bool instances = false;
   bool mof = false;
+  bool operations = false;
   bool quiet = false;
   bool stats = false;
-  bool help = false;
+  std::vector<std::string> schemas;
   std::vector<std::string> files;
 };
 
-/// False for an unknown option; "--" ends the options.
-bool ParseArguments(int argc, char **argv, TOptions &options) {
-  bool optionsEnded = false;
-  for (int i = 1; i < argc; ++i) {
-    const std::string argument = argv[i];
-    if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
-      options.files.push_back(argument);
-    } else if (argument == "--") {
-      optionsEnded = true;
-    } else if (argument == "--instances") {
-      options.instances = true;
-    } else if (argument == "--mof") {
-      options.mof = true;
-    } else if (argument == "--quiet") {
-      options.quiet = true;
-    } else if (argument == "--stats") {
-      options.stats = true;
-    } else if (argument == "--help" || argument == "-h") {
-      options.help = true;
-    } else {
-      std::fprintf(stderr, "cimxml: unknown option '%s'\n", argument.c_str());
-      return false;
-    }
+/// CLI11's help with the description after the usage line, and an option's
+/// argument without its needs and excludes, which the group headings say.
+class THelpFormatter : public CLI::Formatter {
+public:
+  std::string make_description(const CLI::App * /*app*/) const override { return std::string(); }
+  std::string make_usage(const CLI::App *app, std::string name) const override {
+    return CLI::Formatter::make_usage(app, std::move(name)) + "\n" + app->get_description() + "\n";
   }
-  return true;
+  std::string make_option_opts(const CLI::Option *option) const override {
+    const std::string type = option->get_type_name();
+    return option->get_type_size() == 0 || type.empty() ? std::string() : " " + type;
+  }
+};
+
+/// Binds the command line's options to options. Unknown options are kept as
+/// extras, so that the tool names the first of them itself.
+void DescribeOptions(CLI::App &app, TOptions &options) {
+  app.formatter(std::make_shared<THelpFormatter>());
+  app.get_formatter()->column_width(18);
+  app.footer(kFooter);
+  app.allow_extras();
+  app.set_help_flag("-h,--help", "print this text");
+  CLI::Option *classic = app.add_flag("--classic", options.classic,
+                                      "read the classic grammar, loading every file into one\n"
+                                      "namespace, as the loaders always did");
+  app.add_flag("--mof", options.mof,
+               "print MOF on standard output. Full grammar: after each\n"
+               "file's line, the objects it gave back in document order,\n"
+               "a path as a \"// path: PATH\" line. With --classic: after\n"
+               "all files, the namespace: qualifier declarations, classes\n"
+               "(superclasses first), instances");
+  app.add_flag("--quiet", options.quiet,
+               "do not show the loader's messages, which otherwise go to\n"
+               "standard error as \"[LEVEL] TEXT\" lines");
+  app.add_flag("--stats", options.stats,
+               "per file, print on standard error\n"
+               "  FILE: B bytes, T ms, R MB/s\n"
+               "(B the file's size as stored, T the time the load took,\n"
+               "R = B / T in millions of bytes per second)");
+  const std::string full = "Full grammar (the default)";
+  app.add_option("--schema", options.schemas,
+                 "load FILE first, in the classic grammar, into the namespace\n"
+                 "that types what the files hold; repeatable")
+      ->type_name("FILE")
+      ->allow_extra_args(false)
+      ->excludes(classic)
+      ->group(full);
+  app.add_flag("--operations", options.operations,
+               "after each file's line (and MOF), print its operations,\n"
+               "one a line:\n"
+               "  KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE]\n"
+               "    [error CODE \"TEXT\"] [correlator NAME=VALUE]...\n"
+               "with \"N objects\" for a value given as objects")
+      ->excludes(classic)
+      ->group(full);
+  app.add_flag("--instances", options.instances,
+               "read the files as instance documents (by default they are\n"
+               "read as class documents)")
+      ->needs(classic)
+      ->group("Classic grammar (--classic)");
+  app.add_option("FILE", options.files, "the documents, read in order")->type_name("");
+}
+
+/// The first argument before "--" that CLI11 did not recognise, or that
+/// looks like an option yet was taken as a file ("-5", "---"); "" for none.
+/// Like getopt, an option's value may itself begin with '-'.
+std::string FirstUnknown(const CLI::App &app, const TOptions &options, int argc, char **argv) {
+  std::vector<std::string> extras = app.remaining();
+  // CLI11 keeps the "--" that ends the options among them.
+  extras.erase(std::remove(extras.begin(), extras.end(), "--"), extras.end());
+  const auto among = [](const std::vector<std::string> &list, const std::string &argument) {
+    return std::find(list.begin(), list.end(), argument) != list.end();
+  };
+  for (int i = 1; i < argc && std::string(argv[i]) != "--"; ++i) {
+    std::string argument = argv[i];
+    if (among(extras, argument) ||
+        (argument.size() > 1 && argument[0] == '-' && among(options.files, argument)))
+      return argument;
+  }
+  return extras.empty() ? std::string() : extras.front();
+}
+
+int UsageError(const CLI::App &app, const std::string &message) {
+  std::fprintf(stderr, "cimxml: %s\n", message.c_str());
+  std::fputs(app.help().c_str(), stderr);
+  return kExitUsage;
 }
 
 bool FileExists(const std::string &path) {
@@ -152,19 +222,16 @@ void PrintStats(const std::string &fileName, double seconds) {
                static_cast<unsigned long long>(bytes), milliseconds, megabytesPerSecond);
 }
 
-/// Loads one file into ns and reports it; false when it failed.
-bool LoadFile(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
-              const TOptions &options) {
-  std::size_t classes = 0;
-  std::size_t instances = 0;
-  bool loaded = false;
-  const auto start = std::chrono::steady_clock::now();
+void Print(const std::string &text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+}
+
+/// Runs step, reporting its failure as the file's; false when it failed.
+template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
   try {
-    if (options.instances)
-      instances = TNamespacePopulator::PopulateFromRegXMLFile(ns, fileName).size();
-    else
-      classes = TNamespacePopulator::PopulateFromXMLFile(ns, fileName).size();
-    loaded = true;
+    step();
+    return true;
   } catch (const TORVException &ex) {
     std::fprintf(stderr, "%s: failed: status %d (%s)\n", fileName.c_str(),
                  static_cast<int>(ex.GetStatusCode()), ex.what());
@@ -173,21 +240,163 @@ bool LoadFile(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
     // file's failure, not the tool's.
     std::fprintf(stderr, "%s: failed: %s\n", fileName.c_str(), ex.what());
   }
+  return false;
+}
+
+/// Loads the file, then prints what it held, then its statistics when asked
+/// for; false when loading or printing failed. Only the load is timed.
+template <typename TLoad, typename TPrint>
+bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad load, TPrint print) {
+  const auto start = std::chrono::steady_clock::now();
+  bool done = Attempt(fileName, load);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
-  if (loaded) {
-    std::printf("%s: %zu classes, %zu instances\n", fileName.c_str(), classes, instances);
-    std::fflush(stdout);
-  }
+  done = done && Attempt(fileName, print);
   if (options.stats)
     PrintStats(fileName, elapsed.count());
-  return loaded;
+  return done;
+}
+
+bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+                 const TOptions &options) {
+  std::size_t classes = 0;
+  std::size_t instances = 0;
+  return ProcessFile(
+      fileName, options,
+      [&] {
+        if (options.instances)
+          instances = TNamespacePopulator::PopulateFromRegXMLFile(ns, fileName).size();
+        else
+          classes = TNamespacePopulator::PopulateFromXMLFile(ns, fileName).size();
+      },
+      [&] {
+        Print(fileName + ": " + std::to_string(classes) + " classes, " + std::to_string(instances) +
+              " instances\n");
+      });
+}
+
+/// "//host/" when the path names a host, then the namespace of a namespace
+/// path, else the reference's text.
+std::string PathText(const TCIMXMLPath &path) {
+  const std::string host = path.host.empty() ? std::string() : "//" + path.host + "/";
+  if (path.kind == TCIMXMLPath::EKind::kNamespace)
+    return host + path.reference.GetNamespaceName();
+  return host + path.reference.ToString();
+}
+
+/// The object's MOF, a path's as a comment; "" for one MOF cannot write.
+std::string ObjectMOF(const TCIMXMLObject &object) {
+  switch (object.kind) {
+  case TCIMXMLObject::EKind::kQualifierDecl:
+    return object.qualifierDecl ? object.qualifierDecl->ToMOF() : std::string();
+  case TCIMXMLObject::EKind::kClass:
+    return object.cimClass ? object.cimClass->ToMOF() : std::string();
+  case TCIMXMLObject::EKind::kInstance:
+    return object.instance ? object.instance->ToMOF() : std::string();
+  case TCIMXMLObject::EKind::kClassPath:
+  case TCIMXMLObject::EKind::kInstancePath:
+    return "// path: " + PathText(object.path);
+  }
+  return std::string();
+}
+
+/// Objects apart by blank lines, each ending its line, as a namespace's MOF
+/// sets them.
+std::string ObjectsMOF(const TCIMXMLResult &result) {
+  std::string text;
+  for (const TCIMXMLObject &object : result.GetObjects()) {
+    const std::string mof = ObjectMOF(object);
+    if (mof.empty())
+      continue;
+    text += (text.empty() ? "" : "\n") + mof + "\n";
+  }
+  return text;
+}
+
+const char *OperationKindName(TCIMXMLOperation::EKind kind) {
+  switch (kind) {
+  case TCIMXMLOperation::EKind::kIntrinsicCall:
+    return "IMETHODCALL";
+  case TCIMXMLOperation::EKind::kExtrinsicCall:
+    return "METHODCALL";
+  case TCIMXMLOperation::EKind::kExportCall:
+    return "EXPMETHODCALL";
+  case TCIMXMLOperation::EKind::kIntrinsicResponse:
+    return "IMETHODRESPONSE";
+  case TCIMXMLOperation::EKind::kExtrinsicResponse:
+    return "METHODRESPONSE";
+  case TCIMXMLOperation::EKind::kExportResponse:
+    return "EXPMETHODRESPONSE";
+  }
+  return "?";
+}
+
+/// A value as a MOF literal; objects given in its place only as their
+/// number, since --mof prints them.
+std::string ArgumentText(const TCIMXMLArgument &argument) {
+  if (argument.objectCount > 0)
+    return std::to_string(argument.objectCount) + " objects";
+  return argument.value.ToMOF();
+}
+
+/// KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE] [error CODE "TEXT"]
+/// [correlator NAME=VALUE]...
+std::string OperationLine(const TCIMXMLOperation &operation) {
+  std::string line = std::string(OperationKindName(operation.kind)) + " " + operation.method;
+  if (operation.hasTarget)
+    line += " " + PathText(operation.target);
+  line += " (";
+  for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
+    const TCIMXMLArgument &parameter = operation.parameters[i];
+    line += (i == 0 ? "" : ", ") + parameter.name + "=" + ArgumentText(parameter);
+  }
+  line += ")";
+  if (operation.hasReturnValue)
+    line += " return " + ArgumentText(operation.returnValue);
+  if (operation.hasError) {
+    line += " error " + std::to_string(operation.errorCode);
+    if (!operation.errorDescription.empty())
+      line += " " + TCIMValue(operation.errorDescription).ToMOF();
+  }
+  for (const TCIMXMLCorrelator &correlator : operation.correlators)
+    line += " correlator " + correlator.name + "=" + correlator.value.ToMOF();
+  return line + "\n";
+}
+
+/// The file's summary line, then, as asked for, its objects' MOF and its
+/// operations.
+std::string FullReport(const std::string &fileName, const TCIMXMLResult &result,
+                       const TOptions &options) {
+  using EKind = TCIMXMLObject::EKind;
+  std::string text =
+      fileName + ": " + std::to_string(result.Count(EKind::kQualifierDecl)) +
+      " qualifier declarations, " + std::to_string(result.Count(EKind::kClass)) + " classes, " +
+      std::to_string(result.Count(EKind::kInstance)) + " instances, " +
+      std::to_string(result.Count(EKind::kClassPath) + result.Count(EKind::kInstancePath)) +
+      " paths, " + std::to_string(result.GetOperations().size()) + " operations\n";
+  if (options.mof)
+    text += ObjectsMOF(result);
+  if (options.operations)
+    for (const TCIMXMLOperation &operation : result.GetOperations())
+      text += OperationLine(operation);
+  return text;
+}
+
+/// Reads one file in the full grammar; ns only types what it holds.
+bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+              const TOptions &options) {
+  TCIMXMLResult result;
+  return ProcessFile(
+      fileName, options,
+      [&] {
+        TNamespacePopulator::Populate(
+            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, result);
+      },
+      [&] { Print(FullReport(fileName, result, options)); });
 }
 
 bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
   try {
-    const std::string mof = ns->ToMOF();
-    std::fwrite(mof.data(), 1, mof.size(), stdout);
-    std::fflush(stdout);
+    Print(ns->ToMOF());
     return true;
   } catch (const std::exception &ex) {
     std::fprintf(stderr, "cimxml: cannot print the namespace as MOF: %s\n", ex.what());
@@ -204,16 +413,40 @@ int Finish(int status) {
   return status == kExitUsage ? kExitUsage : kExitFailed;
 }
 
-} // namespace
+/// Reads every file as options ask; false when any failed.
+bool Run(const TOptions &options) {
+  const boost::shared_ptr<ICIMNamespace> ns = CreateCIMNamespace("root/cimv2");
+  bool allRead = true;
+  for (const std::string &schema : options.schemas)
+    allRead =
+        Attempt(schema, [&] { TNamespacePopulator::PopulateFromXMLFile(ns, schema); }) && allRead;
+  for (const std::string &fileName : options.files)
+    allRead =
+        (options.classic ? LoadClassic(ns, fileName, options) : ReadFull(ns, fileName, options)) &&
+        allRead;
+  if (options.classic && options.mof)
+    allRead = PrintMOF(ns) && allRead;
+  return allRead;
+}
 
-int main(int argc, char **argv) {
+int Main(int argc, char **argv) {
   TOptions options;
-  if (!ParseArguments(argc, argv, options)) {
-    std::fputs(kUsage, stderr);
-    return kExitUsage;
+  CLI::App app(kDescription, "cimxml");
+  DescribeOptions(app, options);
+  bool help = false;
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp &) {
+    help = true;
+  } catch (const CLI::ParseError &error) {
+    return UsageError(app, error.what());
   }
-  if (options.help) {
-    std::fputs(kUsage, stdout);
+  // An unknown option is a usage error even beside --help.
+  const std::string unknown = FirstUnknown(app, options, argc, argv);
+  if (!unknown.empty())
+    return UsageError(app, "unknown option '" + unknown + "'");
+  if (help) {
+    std::fputs(app.help().c_str(), stdout);
     return Finish(kExitOK);
   }
   if (options.files.empty()) {
@@ -230,15 +463,18 @@ int main(int argc, char **argv) {
   }
 
   TToolLogger logger(options.quiet);
-  TRootObject::SetCoreLogger(&logger);
-  bool allLoaded = true;
-  {
-    const boost::shared_ptr<ICIMNamespace> ns = CreateCIMNamespace("root/cimv2");
-    for (const std::string &fileName : options.files)
-      allLoaded = LoadFile(ns, fileName, options) && allLoaded;
-    if (options.mof)
-      allLoaded = PrintMOF(ns) && allLoaded;
+  const TLoggerScope scope(&logger);
+  return Finish(Run(options) ? kExitOK : kExitFailed);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  try {
+    return Main(argc, argv);
+  } catch (const std::exception &ex) {
+    // Memory that runs out outside any one file's load ends the run.
+    std::fprintf(stderr, "cimxml: %s\n", ex.what());
+    return kExitFailed;
   }
-  TRootObject::SetCoreLogger(nullptr);
-  return Finish(allLoaded ? kExitOK : kExitFailed);
 }

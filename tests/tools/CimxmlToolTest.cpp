@@ -19,6 +19,13 @@ struct TRun {
   std::string out, err;
 };
 
+struct TCase {
+  std::vector<std::string> arguments;
+  int status;
+  std::string out, err;
+  bool beginnings = false; // the streams need only begin so
+};
+
 class CimxmlToolTest : public ::testing::Test {
 protected:
   /// Runs the tool with the arguments through the shell, its output streams
@@ -38,8 +45,26 @@ protected:
     return run;
   }
 
+  /// Runs each case with the arguments of grammar before its own.
+  void Check(const std::vector<TCase> &cases, const std::vector<std::string> &grammar) const {
+    for (const TCase &c : cases) {
+      SCOPED_TRACE(c.arguments.front());
+      std::vector<std::string> arguments = grammar;
+      arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+      const TRun run = Run(arguments);
+      EXPECT_EQ(c.status, run.status);
+      EXPECT_EQ(c.out, c.beginnings ? run.out.substr(0, c.out.size()) : run.out);
+      EXPECT_EQ(c.err, c.beginnings ? run.err.substr(0, c.err.size()) : run.err);
+    }
+  }
+
   TTemporaryFolder scratch;
 };
+
+std::vector<std::string> Classic(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "--classic");
+  return arguments;
+}
 
 std::string Loaded(const std::string &path, int classes = 0) {
   return path + ": " + std::to_string(classes) + " classes, 0 instances\n";
@@ -52,9 +77,9 @@ std::string Failed(const std::string &path, int status, const std::string &text)
 // Output that cannot be written fails the run, however well the files loaded.
 TEST_F(CimxmlToolTest, UnwritableOutputFails) {
   const std::string example = std::string(ORV_EXAMPLES_DIR) + "/schema.xml";
-  for (const auto &arguments : {std::vector<std::string>{"--quiet", "--mof", example},
-                                std::vector<std::string>{"--help"}}) {
-    SCOPED_TRACE(arguments.front());
+  for (const auto &arguments : {Classic({"--quiet", "--mof", example}), Classic({"--help"}),
+                                std::vector<std::string>{"--quiet", "--mof", example}}) {
+    SCOPED_TRACE(arguments.size());
     const TRun run = Run(arguments, "/dev/full");
     EXPECT_EQ(1, run.status);
     EXPECT_EQ("cimxml: cannot write standard output: No space left on device\n", run.err);
@@ -67,46 +92,33 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
   const std::string missing = scratch.PathOf("missing.xml");
   const std::string broken = scratch.Write("broken.xml", "<CIM>");
   const std::string note = "[0] Previous error was while parsing file '";
-  const struct {
-    std::vector<std::string> arguments;
-    int status;
-    std::string out, err;
-    bool beginnings = false; // the streams need only begin so
-  } cases[] = {
-      {{good, empty}, 0, Loaded(good) + Loaded(empty), kFoo},
-      {{"--quiet", good}, 0, Loaded(good), ""},
-      {{missing, good},
-       1,
-       Loaded(good),
-       note + missing + "'\n" + Failed(missing, 11, "File access failed") + kFoo},
-      {{good, "--quiet", missing}, 1, Loaded(good), Failed(missing, 11, "File access failed")},
-      {{broken},
-       1,
-       "",
-       "[3] CIM-XML Parser line 1:Unexpected character where element expected\n" + note + broken +
-           "'\n" + Failed(broken, 9, "Document is not valid CIM-XML")},
-      // After "--" every argument is a file.
-      {{"--quiet", "--", "--mof"}, 1, "", Failed("--mof", 11, "File access failed")},
-      {{"--mo", "x"}, 2, "", "cimxml: unknown option '--mo'\nUsage: cimxml", true},
-      {{"-x"}, 2, "", "cimxml: unknown option '-x'\nUsage: cimxml", true},
-      {{"--help"},
-       0,
-       "Usage: cimxml [--instances] [--mof] [--quiet] [--stats] [FILE...]\n",
-       "",
-       true},
-      // Without a file, the bundled example.
-      {{"--quiet"},
-       0,
-       Loaded(kSchema, 6),
-       "cimxml: no FILE given; loading the bundled example " + kSchema + "\n"},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.arguments.front());
-    const TRun run = Run(c.arguments);
-    EXPECT_EQ(c.status, run.status);
-    EXPECT_EQ(c.out, c.beginnings ? run.out.substr(0, c.out.size()) : run.out);
-    EXPECT_EQ(c.err, c.beginnings ? run.err.substr(0, c.err.size()) : run.err);
-  }
+  Check(
+      {
+          {{good, empty}, 0, Loaded(good) + Loaded(empty), kFoo},
+          {{"--quiet", good}, 0, Loaded(good), ""},
+          {{missing, good},
+           1,
+           Loaded(good),
+           note + missing + "'\n" + Failed(missing, 11, "File access failed") + kFoo},
+          {{good, "--quiet", missing}, 1, Loaded(good), Failed(missing, 11, "File access failed")},
+          {{broken},
+           1,
+           "",
+           "[3] CIM-XML Parser line 1:Unexpected character where element expected\n" + note +
+               broken + "'\n" + Failed(broken, 9, "Document is not valid CIM-XML")},
+          // After "--" every argument is a file.
+          {{"--quiet", "--", "--mof"}, 1, "", Failed("--mof", 11, "File access failed")},
+          {{"--mo", "x"}, 2, "", "cimxml: unknown option '--mo'\nUsage: cimxml", true},
+          {{"-x"}, 2, "", "cimxml: unknown option '-x'\nUsage: cimxml", true},
+          {{"-5"}, 2, "", "cimxml: unknown option '-5'\nUsage: cimxml", true},
+          {{"--help"}, 0, "Usage: cimxml [OPTIONS] [FILE...]\n", "", true},
+          // Without a file, the bundled example.
+          {{"--quiet"},
+           0,
+           Loaded(kSchema, 6),
+           "cimxml: no FILE given; loading the bundled example " + kSchema + "\n"},
+      },
+      {"--classic"});
 }
 
 // The MOF is the namespace's after every file, as the library gives it;
@@ -119,10 +131,10 @@ TEST_F(CimxmlToolTest, MofAndStats) {
     TNamespacePopulator::PopulateFromXMLFile(ns, kSchema);
     expected = Loaded(kSchema, 6) + ns->ToMOF();
   }
-  EXPECT_EQ(expected, Run({"--mof", "--quiet", kSchema}).out);
+  EXPECT_EQ(expected, Run(Classic({"--mof", "--quiet", kSchema})).out);
 
   const std::string good = scratch.Write("good.xml", kDocument);
-  const TRun run = Run({"--stats", "--quiet", good, scratch.PathOf("missing.xml")});
+  const TRun run = Run(Classic({"--stats", "--quiet", good, scratch.PathOf("missing.xml")}));
   EXPECT_EQ(1, run.status);
   EXPECT_EQ(Loaded(good), run.out);
   // "FILE: B bytes, T ms, R MB/s", then the failure, which has no size.
@@ -131,6 +143,81 @@ TEST_F(CimxmlToolTest, MofAndStats) {
   EXPECT_NE(std::string::npos, run.err.find(" ms, ")) << run.err;
   EXPECT_EQ(Failed(scratch.PathOf("missing.xml"), 11, "File access failed"),
             run.err.substr(run.err.find('\n') + 1));
+}
+
+std::string Read(const std::string &path, int declarations, int classes, int instances, int paths,
+                 int operations) {
+  return path + ": " + std::to_string(declarations) + " qualifier declarations, " +
+         std::to_string(classes) + " classes, " + std::to_string(instances) + " instances, " +
+         std::to_string(paths) + " paths, " + std::to_string(operations) + " operations\n";
+}
+
+// The default grammar: a summary line per file, then as asked its objects'
+// MOF and its operations; the --schema documents type what the files hold.
+TEST_F(CimxmlToolTest, FullGrammar) {
+  const std::string examples = std::string(ORV_EXAMPLES_DIR) + "/";
+  const std::string message = examples + "message.xml", request = examples + "request.xml",
+                    response = examples + "response.xml", indication = examples + "indication.xml";
+  const std::string missing = scratch.PathOf("missing.xml");
+  const std::string disk =
+      "//alpha.example.com/root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\"\n";
+  const std::string answers = "IMETHODRESPONSE EnumerateInstances () return 1 objects\n"
+                              "IMETHODRESPONSE EnumerateInstanceNames () return 1 objects\n"
+                              "IMETHODRESPONSE AssociatorNames () return 1 objects\n"
+                              "METHODRESPONSE RequestStateChange "
+                              "(Job=\"root/cimv2:ORV_Job.InstanceID=\\\"ORV:format:usb1\\\"\") "
+                              "return 4096\n"
+                              "IMETHODRESPONSE GetInstance () error 6 \"No disk usb2 in alpha\"\n";
+  Check(
+      {
+          {{"--quiet", kSchema, message},
+           0,
+           Read(kSchema, 10, 6, 0, 0, 0) + Read(message, 0, 1, 2, 0, 3),
+           ""},
+          {{"--operations", request},
+           0,
+           Read(request, 0, 0, 0, 2, 2) +
+               "IMETHODCALL AssociatorNames root/example (ObjectName=1 objects, AssocClass=1 "
+               "objects) correlator Trace=12\nMETHODCALL RequestStateChange "
+               "root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\" (RequestedState=3)\n",
+           ""},
+          // Untyped, the job's properties come in document order and the
+          // system's key has no name.
+          {{"--mof", "--operations", response},
+           0,
+           Read(response, 0, 0, 1, 2, 5) +
+               "instance of ORV_Job {\n    PercentComplete = 40;\n    InstanceID = "
+               "\"ORV:format:usb1\";\n};\n\n// path: ORV_System\n\n// path: " +
+               disk + answers,
+           "[3] CIM-XML Parser line 28:The key of ORV_System is dropped: without the class "
+           "loaded its name is not known\n"},
+          // Typed by the schema: in the class's order, and the key named.
+          {{"--schema", kSchema, "--mof", response},
+           0,
+           Read(response, 0, 0, 1, 2, 5) +
+               "instance of ORV_Job {\n    InstanceID = \"ORV:format:usb1\";\n"
+               "    PercentComplete = 40;\n};\n\n// path: ORV_System.Name=\"alpha\"\n\n// path: " +
+               disk,
+           ""},
+          {{"--mof", "--operations", indication},
+           0,
+           Read(indication, 0, 0, 1, 0, 1) +
+               "instance of ORV_JobProgress {\n    JobID = \"ORV:format:usb1\";\n    "
+               "PercentComplete = 80;\n};\nEXPMETHODCALL ExportIndication (NewIndication=1 "
+               "objects) correlator Subscription=\"jobs\"\n",
+           ""},
+          // A schema or file that fails is reported, and the others are read.
+          {{"--quiet", "--schema", missing, message + "z", indication},
+           1,
+           Read(indication, 0, 0, 1, 0, 1),
+           Failed(missing, 11, "File access failed") +
+               Failed(message + "z", 11, "File access failed")},
+          {{"--schema"}, 2, "", "cimxml: --schema: 1 required FILE missing\nUsage: cimxml", true},
+          {{"--instances", request}, 2, "", "cimxml: --instances requires --classic\n", true},
+          {{"--classic", "--operations"}, 2, "", "cimxml: --classic excludes --operations\n", true},
+          {{"--bogus", "--help"}, 2, "", "cimxml: unknown option '--bogus'\nUsage: cimxml", true},
+      },
+      {});
 }
 
 } // namespace
