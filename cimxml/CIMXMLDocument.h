@@ -55,11 +55,10 @@ struct TCIMXMLPath {
     kInstance,
   };
   EKind kind = EKind::kClass;
-  /// The HOST of a NAMESPACEPATH; empty for a local path.
-  std::string host;
   /// For class and instance paths, the class name and, for an instance, its
   /// key bindings in document order. Its namespace name is the path's
-  /// NAMESPACE elements joined with "/", empty when it has none.
+  /// NAMESPACE elements joined with "/", empty when it has none; its host
+  /// the HOST of a NAMESPACEPATH, empty for a local path.
   TCIMReference reference;
 };
 

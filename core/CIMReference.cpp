@@ -6,6 +6,7 @@
 #include "core_api/CIMInterfaces.h"
 #include "core_api/ORVStatusCode.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -73,7 +74,7 @@ TCIMReference::TCIMReference(boost::shared_ptr<ICIMNamespace> ns,
 
 TCIMReference::TCIMReference(const TCIMReference &other)
     : cimNamespace(other.cimNamespace), namespaceName(other.namespaceName),
-      className(other.className), keys(other.keys) {
+      className(other.className), host(other.host), keys(other.keys) {
   if (other.keyIndex)
     keyIndex = std::make_unique<TKeyIndex>(*other.keyIndex);
 }
@@ -89,6 +90,7 @@ TCIMReference &TCIMReference::operator=(const TCIMReference &other) {
   cimNamespace = other.cimNamespace;
   namespaceName = other.namespaceName;
   className = other.className;
+  host = other.host;
   keys.swap(copied);
   keyIndex = std::move(index);
   return *this;
@@ -157,6 +159,14 @@ TCIMReference TCIMReference::Parse(const char *text, std::size_t length,
     --end;
 
   TCIMReference result;
+  // "//host/" first, when the path names a host.
+  if (end - pos > 2 && pos[0] == '/' && pos[1] == '/') {
+    const char *hostEnd = std::find(pos + 2, end, '/');
+    if (hostEnd == end || hostEnd == pos + 2)
+      ThrowBadPath();
+    result.host.assign(pos + 2, hostEnd);
+    pos = hostEnd + 1;
+  }
   // "ns:" ends at the first colon before the class name's dot; key values
   // may hold colons of their own.
   const char *nameStart = pos;

@@ -200,7 +200,7 @@ bool TCIMValueTree::SamePathParts(const TCIMReference &left, const TCIMReference
                                   TPairs &pending) {
   if (!EqualsNoCase(left.className, right.className) ||
       !EqualsNoCase(left.namespaceName, right.namespaceName) ||
-      left.keys.size() != right.keys.size())
+      !EqualsNoCase(left.host, right.host) || left.keys.size() != right.keys.size())
     return false;
   for (std::size_t i = 0; i < left.keys.size(); ++i) {
     if (!EqualsNoCase(left.keys[i].first, right.keys[i].first))
@@ -248,6 +248,11 @@ template <class TSink> void TCIMValueTree::Walk(TSink &sink, const TPiece &first
       // ns:Class.k1=v1,k2=v2, the pieces after the class name pushed last
       // first.
       const TCIMReference &path = *piece.path;
+      if (!path.host.empty()) {
+        sink.Write("//", depth);
+        sink.Write(path.host, depth);
+        sink.Write("/", depth);
+      }
       if (!path.namespaceName.empty()) {
         sink.Write(path.namespaceName, depth);
         sink.Write(":", depth);

@@ -44,6 +44,9 @@ public:
     cimNamespace.reset();
     namespaceName = name;
   }
+  /// The host of a path that names one ("" for a local path).
+  void SetHost(const std::string &name) { host = name; }
+  const std::string &GetHost() const { return host; }
   const std::string &GetNamespaceName() const { return namespaceName; }
 
   /// Appends a key binding; a name already bound (in any letter case) has
@@ -54,7 +57,8 @@ public:
   TCIMValue GetKeyValue(const std::string &name) const;
 
   /// The object path as text: "ns:Class.k1=\"v\",k2=3" (the namespace part
-  /// only when set; keys in binding order). It is also what the text
+  /// only when set, after "//host/" when a host is set; keys in binding
+  /// order). It is also what the text
   /// constructor of a reference value reads. A key that is itself a
   /// reference is quoted, so the backslashes before its quotes double with
   /// every level of nesting; a text longer than a string can hold throws
@@ -73,7 +77,7 @@ public:
                              boost::shared_ptr<ICIMNamespace> ns);
 
   /// Same class name and keys (names compared without regard to letter
-  /// case, in order) and same namespace name.
+  /// case, in order), same namespace name and same host.
   bool operator==(const TCIMReference &other) const;
   bool operator!=(const TCIMReference &other) const { return !(*this == other); }
 
@@ -90,6 +94,7 @@ private:
   boost::weak_ptr<ICIMNamespace> cimNamespace;
   std::string namespaceName;
   std::string className;
+  std::string host;
   std::vector<TKeyBinding> keys;
   std::unique_ptr<TKeyIndex> keyIndex;
 };

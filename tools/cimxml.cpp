@@ -274,13 +274,12 @@ bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
       });
 }
 
-/// "//host/" when the path names a host, then the namespace of a namespace
-/// path, else the reference's text.
+/// The namespace of a namespace path, else the reference's text (with
+/// "//host/" first when it names a host).
 std::string PathText(const TCIMXMLPath &path) {
-  const std::string host = path.host.empty() ? std::string() : "//" + path.host + "/";
   if (path.kind == TCIMXMLPath::EKind::kNamespace)
-    return host + path.reference.GetNamespaceName();
-  return host + path.reference.ToString();
+    return path.reference.GetNamespaceName();
+  return path.reference.ToString();
 }
 
 /// The object's MOF, a path's as a comment; "" for one MOF cannot write.

@@ -225,13 +225,14 @@ TCIMXMLPath MakePath(TCIMXMLPath::EKind kind, const std::string &host,
                      const TCIMReference &instanceName) {
   TCIMXMLPath path;
   path.kind = kind;
-  path.host = host;
+
   if (kind == TCIMXMLPath::EKind::kInstance)
     path.reference = instanceName;
   else
     path.reference.SetClassName(className);
   if (!namespacePath.empty())
     path.reference.SetNamespaceName(namespacePath);
+  path.reference.SetHost(host);
   return path;
 }
 

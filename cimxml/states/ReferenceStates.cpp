@@ -251,12 +251,12 @@ void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser, cons
     // An instance name has set the class name itself, keys with it.
     if (phase == kClassNamed)
       instanceName.SetClassName(className);
-    // The full grammar keeps the namespace that a path form names; the
-    // object model's paths have no place for a host.
+    // The full grammar keeps the namespace and host that a path form
+    // names.
     if (IsFull(parser) && !namespacePath.empty())
       instanceName.SetNamespaceName(namespacePath);
-    if (IsFull(parser) && !host.empty())
-      Report(parser, "Host " + host + " of a reference is not kept");
+    if (IsFull(parser))
+      instanceName.SetHost(host);
     if (instanceName.GetTextLength() > kMaxTextLength)
       parser.FatalError(
           ("Reference longer than " + std::to_string(kMaxTextLength) + " bytes as text").c_str());

@@ -39,9 +39,7 @@ protected:
     return summary;
   }
 
-  static std::string PathText(const TCIMXMLPath &path) {
-    return (path.host.empty() ? "" : "//" + path.host + "/") + path.reference.ToString();
-  }
+  static std::string PathText(const TCIMXMLPath &path) { return path.reference.ToString(); }
 
   static std::string Describe(const TCIMXMLObject &object) {
     static const char *const kKinds[] = {"Q", "C", "I", "CP", "IP"};
@@ -180,15 +178,17 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                kInstance +
                "</VALUE.NAMEDINSTANCE></IRETURNVALUE></IMETHODRESPONSE></SIMPLERSP><SIMPLERSP>"
                "<METHODRESPONSE NAME=\"Reset\"><RETURNVALUE PARAMTYPE=\"uint32\"><VALUE>0"
-               "</VALUE></RETURNVALUE><PARAMVALUE NAME=\"Job\"><VALUE.REFERENCE>" +
-               kName +
-               "</VALUE.REFERENCE></PARAMVALUE></METHODRESPONSE></SIMPLERSP><SIMPLERSP>"
+               "</VALUE></RETURNVALUE><PARAMVALUE NAME=\"Job\"><VALUE.REFERENCE><INSTANCEPATH>" +
+               kRemote + kName +
+               "</INSTANCEPATH></VALUE.REFERENCE></PARAMVALUE></METHODRESPONSE></SIMPLERSP>"
+               "<SIMPLERSP>"
                "<IMETHODRESPONSE NAME=\"GetInstance\"><ERROR CODE=\"6\" DESCRIPTION=\"gone\">" +
                kInstance + "</ERROR></IMETHODRESPONSE></SIMPLERSP></MULTIRSP>"),
        {"I:" + kInstanceMof + "@root/test:X_Disk.Id=7 []",
         "I:" + kInstanceMof + "@root/test:X_Disk.Id=7 []", "I:" + kInstanceMof + " [ERROR]",
-        "O3 EnumerateInstances () -> 2 objects", "O4 Reset (Job=\"root/test:X_Disk.Id=7\";) -> 0",
-        "O3 GetInstance () ! 6 gone x1", "M3 7 ops 3"},
+        "O3 EnumerateInstances () -> 2 objects",
+        "O4 Reset (Job=\"//srv/root/cimv2:X_Disk.Id=7\";) -> 0", "O3 GetInstance () ! 6 gone x1",
+        "M3 7 ops 3"},
        {}},
       {Message("<SIMPLERSP><IMETHODRESPONSE NAME=\"ReferenceNames\"><IRETURNVALUE><OBJECTPATH>"
                "<INSTANCEPATH>" +

@@ -10,11 +10,12 @@ TCIMReference ParseText(const std::string &text, boost::shared_ptr<ICIMNamespace
 }
 
 TEST(CIMReferenceTest, PathTextRoundTripsAndBadTextIsRefused) {
-  for (const char *text : {"CIM_Disk", "root/cimv2:CIM_Disk",
-                           "root/cimv2:CIM_Disk.DeviceID=\"C:\",SystemName=\"host.example\"",
-                           "CIM_Disk.Quoted=\"say \\\"hi\\\" \\\\o/\"",
-                           "CIM_Disk.Count=42,Delta=-7,Ratio=0.25,Enabled=true",
-                           "CIM_Disk.Comma=\"a,b=c\"", "CIM_Disk.Unset="}) {
+  for (const char *text :
+       {"CIM_Disk", "root/cimv2:CIM_Disk",
+        "root/cimv2:CIM_Disk.DeviceID=\"C:\",SystemName=\"host.example\"",
+        "CIM_Disk.Quoted=\"say \\\"hi\\\" \\\\o/\"",
+        "CIM_Disk.Count=42,Delta=-7,Ratio=0.25,Enabled=true", "CIM_Disk.Comma=\"a,b=c\"",
+        "CIM_Disk.Unset=", "//srv.example:5989/root/cimv2:CIM_Disk.Id=1", "//srv/CIM_Disk"}) {
     SCOPED_TRACE(text);
     const TCIMReference path = ParseText(text);
     EXPECT_EQ(path.ToString(), text);
@@ -23,7 +24,7 @@ TEST(CIMReferenceTest, PathTextRoundTripsAndBadTextIsRefused) {
   for (const char *text :
        {"", ":CIM_Disk", "root:", "CIM_Disk.", "CIM Disk", "CIM_Disk.Id", "CIM_Disk.=1",
         "CIM_Disk.Id=\"open", "CIM_Disk.Id=\"a\"b", "CIM_Disk.Id=1,", "CIM_Disk.Id=word",
-        "CIM_Disk.Id=1 2", "CIM_Disk.Id=99999999999999999999999"})
+        "CIM_Disk.Id=1 2", "CIM_Disk.Id=99999999999999999999999", "//srv", "///CIM_Disk"})
     EXPECT_EQ(StatusOf([&] { ParseText(text); }), kORVStatusInvalidValueText) << text;
 }
 
@@ -46,6 +47,8 @@ TEST(CIMReferenceTest, KeyValuesGetTheirTypesFromTheTextAndNamesIgnoreCase) {
   // Order and values count.
   EXPECT_NE(named, ParseText("CIM_Disk.Id=\"b\",Name=\"c\""));
   EXPECT_NE(named, ParseText("CIM_Disk.Name=\"c\",Id=\"B\""));
+  EXPECT_EQ(ParseText("//SRV/CIM_Disk"), ParseText("//srv/CIM_Disk"));
+  EXPECT_NE(ParseText("//srv/CIM_Disk"), ParseText("CIM_Disk"));
 }
 
 // A path holds its namespace weakly; a parsed one gets the given namespace
