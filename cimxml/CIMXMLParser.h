@@ -282,6 +282,9 @@ protected:
   static constexpr std::int32_t kKeepPhase = -1;
   /// The one phase of a state whose children come in any order and number.
   static constexpr std::int32_t kAnyOrder = 0;
+  /// In the full grammar, the phase after the one value child of an element
+  /// whose qualifiers (from kAnyOrder on) come first.
+  static constexpr std::int32_t kFullValueDone = 1;
 
   /// One accepted child of a content model: its lower-case element name,
   /// the phases in which it is accepted, the phase afterwards, and how its

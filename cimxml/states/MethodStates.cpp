@@ -13,14 +13,24 @@ void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttribute
 
 void TCIMXMLParser::TStateMethod::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                TAttributes &attributes) {
+  // The full grammar takes qualifiers before parameters.
+  using TSelf = TStateMethod;
   static constexpr TChildRow kRows[] = {
-      Child<TStateParameter, TStateMethod>("parameter"),
-      Child<TStateParameterReference, TStateMethod>("parameter.reference"),
-      Child<TStateParameterArray, TStateMethod>("parameter.array"),
-      Child<TStateQualifier, TStateMethod>("qualifier"),
-      Child<TStateParameterRefArray, TStateMethod>("parameter.refarray"),
+      ClassicChild<TStateParameter, TSelf>("parameter"),
+      ClassicChild<TStateParameterReference, TSelf>("parameter.reference"),
+      ClassicChild<TStateParameterArray, TSelf>("parameter.array"),
+      ClassicChild<TStateQualifier, TSelf>("qualifier"),
+      ClassicChild<TStateParameterRefArray, TSelf>("parameter.refarray"),
+      FullChild<TStateQualifier, TSelf>("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      FullChild<TStateParameter, TSelf>("parameter", kAnyOrder, kFullValueDone, kFullValueDone),
+      FullChild<TStateParameterReference, TSelf>("parameter.reference", kAnyOrder, kFullValueDone,
+                                                 kFullValueDone),
+      FullChild<TStateParameterArray, TSelf>("parameter.array", kAnyOrder, kFullValueDone,
+                                             kFullValueDone),
+      FullChild<TStateParameterRefArray, TSelf>("parameter.refarray", kAnyOrder, kFullValueDone,
+                                                kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStateMethod::ElementEnd(TCIMXMLParser &parser, const std::string &) {
@@ -42,10 +52,11 @@ TCIMType TCIMXMLParser::TStateParameter::ParameterType() const {
 
 void TCIMXMLParser::TStateParameter::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
+  // A parameter holds qualifiers only in the full grammar.
   static constexpr TChildRow kRows[] = {
       Child<TStateQualifier, TStateParameter>("qualifier"),
-      Child<TStateValue, TStateParameter>("value"),
-      Child<TStateValueArray, TStateParameter>("value.array"),
+      ClassicChild<TStateValue, TStateParameter>("value"),
+      ClassicChild<TStateValueArray, TStateParameter>("value.array"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }
@@ -79,7 +90,7 @@ void TCIMXMLParser::TStateParameterReference::ChildElement(TCIMXMLParser &parser
   static constexpr TChildRow kRows[] = {
       Child<TStateQualifier, TStateParameterReference>("qualifier"),
       // Spelt so on purpose: "value.array" is not a reference parameter's child.
-      Child<TStateValueArray, TStateParameterReference>("value.aray"),
+      ClassicChild<TStateValueArray, TStateParameterReference>("value.aray"),
   };
   AcceptChild(parser, name, attributes, kRows, kAnyOrder);
 }

@@ -65,11 +65,14 @@ void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                      TAttributes &attributes) {
+  // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
-      Child<TStateQualifier, TStatePropertyDecl>("qualifier"),
-      Child<TStateValue, TStatePropertyDecl>("value"),
+      ClassicChild<TStateQualifier, TStatePropertyDecl>("qualifier"),
+      ClassicChild<TStateValue, TStatePropertyDecl>("value"),
+      FullChild<TStateQualifier, TStatePropertyDecl>("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
+      FullChild<TStateValue, TStatePropertyDecl>("value", kAnyOrder, kAnyOrder, kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const std::string &) {
@@ -87,23 +90,33 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
 void TCIMXMLParser::TStatePropertyArrayDecl::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
                                                           TAttributes &attributes) {
+  // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
-      Child<TStateQualifier, TStatePropertyArrayDecl>("qualifier"),
-      Child<TStateValueArray, TStatePropertyArrayDecl>("value.array"),
+      ClassicChild<TStateQualifier, TStatePropertyArrayDecl>("qualifier"),
+      ClassicChild<TStateValueArray, TStatePropertyArrayDecl>("value.array"),
+      FullChild<TStateQualifier, TStatePropertyArrayDecl>("qualifier", kAnyOrder, kAnyOrder,
+                                                          kKeepPhase),
+      FullChild<TStateValueArray, TStatePropertyArrayDecl>("value.array", kAnyOrder, kAnyOrder,
+                                                           kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &parser,
                                                               const std::string &name,
                                                               TAttributes &attributes) {
+  // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
-      Child<TStateQualifier, TStatePropertyReferenceDecl>("qualifier"),
+      ClassicChild<TStateQualifier, TStatePropertyReferenceDecl>("qualifier"),
       // A reference given in the document is taken as it is: no class is
       // looked up.
-      Child<TStateValueReference, TStatePropertyReferenceDecl>("value.reference"),
+      ClassicChild<TStateValueReference, TStatePropertyReferenceDecl>("value.reference"),
+      FullChild<TStateQualifier, TStatePropertyReferenceDecl>("qualifier", kAnyOrder, kAnyOrder,
+                                                              kKeepPhase),
+      FullChild<TStateValueReference, TStatePropertyReferenceDecl>("value.reference", kAnyOrder,
+                                                                   kAnyOrder, kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 // Value variants.
@@ -127,10 +140,12 @@ void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser, const st
   // the state on top, which reads them as its own.
   static constexpr TChildRow kRows[] = {
       ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
-      FullChild<TStateInstanceQualifier, TStateProperty>("qualifier"),
-      Child<TStateValue, TStateProperty>("value"),
+      ClassicChild<TStateValue, TStateProperty>("value"),
+      FullChild<TStateInstanceQualifier, TStateProperty>("qualifier", kAnyOrder, kAnyOrder,
+                                                         kKeepPhase),
+      FullChild<TStateValue, TStateProperty>("value", kAnyOrder, kAnyOrder, kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std::string &) {
@@ -169,10 +184,13 @@ void TCIMXMLParser::TStatePropertyArray::ChildElement(TCIMXMLParser &parser,
                                                       TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
-      FullChild<TStateInstanceQualifier, TStatePropertyArray>("qualifier"),
-      Child<TStateValueArray, TStatePropertyArray>("value.array"),
+      ClassicChild<TStateValueArray, TStatePropertyArray>("value.array"),
+      FullChild<TStateInstanceQualifier, TStatePropertyArray>("qualifier", kAnyOrder, kAnyOrder,
+                                                              kKeepPhase),
+      FullChild<TStateValueArray, TStatePropertyArray>("value.array", kAnyOrder, kAnyOrder,
+                                                       kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
@@ -180,10 +198,13 @@ void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
                                                           TAttributes &attributes) {
   static constexpr TChildRow kRows[] = {
       ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
-      FullChild<TStateInstanceQualifier, TStatePropertyReference>("qualifier"),
-      Child<TStateValueReference, TStatePropertyReference>("value.reference"),
+      ClassicChild<TStateValueReference, TStatePropertyReference>("value.reference"),
+      FullChild<TStateInstanceQualifier, TStatePropertyReference>("qualifier", kAnyOrder, kAnyOrder,
+                                                                  kKeepPhase),
+      FullChild<TStateValueReference, TStatePropertyReference>("value.reference", kAnyOrder,
+                                                               kAnyOrder, kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 } // namespace NVRNORV20

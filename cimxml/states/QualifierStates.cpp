@@ -14,11 +14,15 @@ void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser, TAttrib
 
 void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                   TAttributes &attributes) {
+  // The full grammar takes one value at most.
   static constexpr TChildRow kRows[] = {
-      Child<TStateValue, TStateQualifier>("value"),
-      Child<TStateValueArray, TStateQualifier>("value.array"),
+      ClassicChild<TStateValue, TStateQualifier>("value"),
+      ClassicChild<TStateValueArray, TStateQualifier>("value.array"),
+      FullChild<TStateValue, TStateQualifier>("value", kAnyOrder, kAnyOrder, kFullValueDone),
+      FullChild<TStateValueArray, TStateQualifier>("value.array", kAnyOrder, kAnyOrder,
+                                                   kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std::string &) {

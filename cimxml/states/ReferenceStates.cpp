@@ -128,11 +128,16 @@ void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser, TAttri
 void TCIMXMLParser::TStateKeyBinding::ChildElement(TCIMXMLParser &parser, const std::string &name,
                                                    TAttributes &attributes) {
   // Any number, in any order: the last key value and any reference count.
+  // The full grammar takes exactly one.
+  using TSelf = TStateKeyBinding;
   static constexpr TChildRow kRows[] = {
-      Child<TStateKeyValue, TStateKeyBinding>("keyvalue"),
-      Child<TStateValueReference, TStateKeyBinding>("value.reference"),
+      ClassicChild<TStateKeyValue, TSelf>("keyvalue"),
+      ClassicChild<TStateValueReference, TSelf>("value.reference"),
+      FullChild<TStateKeyValue, TSelf>("keyvalue", kAnyOrder, kAnyOrder, kFullValueDone),
+      FullChild<TStateValueReference, TSelf>("value.reference", kAnyOrder, kAnyOrder,
+                                             kFullValueDone),
   };
-  AcceptChild(parser, name, attributes, kRows, kAnyOrder);
+  AcceptChild(parser, name, attributes, kRows, kFullValueDone);
 }
 
 void TCIMXMLParser::TStateKeyBinding::ElementEnd(TCIMXMLParser &parser, const std::string &) {
@@ -238,7 +243,11 @@ void TCIMXMLParser::TStateValueReference::ChildElement(TCIMXMLParser &parser,
                                             kKeepPhase),
       Child<TStateInstanceName, TSelf>("instancename", kUnnamed, kInstanceNamed, kInstanceNamed),
   };
+  // The full grammar takes one path, as the CIM-XML document type does.
+  if (IsFull(parser) && pathSeen)
+    parser.FatalError(("Unexpected element " + name).c_str());
   AcceptChild(parser, name, attributes, kRows, kInstanceNamed);
+  pathSeen = true;
 }
 
 // The two path forms leave the reference without a namespace: their

@@ -173,6 +173,7 @@ private:
   TCIMValue &target;
   /// Nested too deep: its content is read and dropped.
   bool refused = false;
+  bool pathSeen = false;
 };
 
 /// An element inside a refused reference: read to its end, with all that it

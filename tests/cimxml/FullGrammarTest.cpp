@@ -281,6 +281,15 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
       {"<CLASSNAME NAME=\"A&amp;B&#0;&#x41;\"/>",
        {"CP:@A&BA"},
        {Err("Character reference &#0; is not an XML character")}},
+      // One value, one key value, one path: a second is refused, not taken.
+      {"<INSTANCE CLASSNAME=\"X_Disk\"><PROPERTY NAME=\"A\" TYPE=\"uint8\"><VALUE>1</VALUE>"
+       "<VALUE>2</VALUE></PROPERTY></INSTANCE>",
+       {"I:instance of X_Disk { A = 1; };"},
+       {Err("Unexpected element value")}},
+      {"<INSTANCENAME CLASSNAME=\"X_Disk\"><KEYBINDING NAME=\"Id\"><KEYVALUE>1</KEYVALUE>"
+       "<KEYVALUE>2</KEYVALUE></KEYBINDING></INSTANCENAME>",
+       {"IP:@X_Disk.Id=\"1\""},
+       {Err("Unexpected element keyvalue")}},
       // A propagated qualifier is kept where no superclass can give it.
       {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"><QUALIFIER NAME=\"Description\" "
        "TYPE=\"string\" PROPAGATED=\"true\"><VALUE>d</VALUE></QUALIFIER></CLASS>",
