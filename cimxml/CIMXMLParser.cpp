@@ -448,7 +448,10 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
     if (readOptions.grammar == ECIMXMLGrammar::kFull) {
       // The full grammar says what it could not read, datetimes included,
       // and leaves the value null of its type.
-      LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":Value '" + text +
+      // A long text is cut: the line has to say which value, not repeat it.
+      constexpr std::size_t kShown = 64;
+      const std::string shown = text.size() > kShown ? text.substr(0, kShown) + "..." : text;
+      LogParseError("CIM-XML Parser line " + std::to_string(GetCurLine()) + ":Value '" + shown +
                     "' is not a valid " + type.GetName() + ": " + ex.what());
       return TCIMValue(type, 0);
     }

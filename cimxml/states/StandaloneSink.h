@@ -27,7 +27,6 @@ public:
   std::string namespacePath;
   std::string className;
   TCIMReference instanceName;
-  std::string keyValueText;
 
   /// Value children: read as valueType, which the sink sets from what it
   /// knows of the parameter (a string when nothing is known).
