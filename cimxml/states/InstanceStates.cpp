@@ -133,12 +133,10 @@ void TCIMXMLParser::TStateValueObjectWithLocalPath::ChildElement(TCIMXMLParser &
 
 void TCIMXMLParser::TStateValueObject::EndFull(TCIMXMLParser &parser) {
   if (isClass) {
-    const TCIMXMLPath path =
-        MakePath(TCIMXMLPath::EKind::kClass, host, namespacePath, className, instanceName);
+    const TCIMXMLPath path = Path(TCIMXMLPath::EKind::kClass);
     DeliverClass(parser, cls, className.empty() ? nullptr : &path, line);
   } else {
-    const TCIMXMLPath path =
-        MakePath(TCIMXMLPath::EKind::kInstance, host, namespacePath, className, instanceName);
+    const TCIMXMLPath path = Path(TCIMXMLPath::EKind::kInstance);
     const bool named = !instanceName.GetClassName().empty();
     ICIMInstance &read = Require(instance);
     // A standalone instance learns its keys from the path beside it.

@@ -59,7 +59,7 @@ public:
 /// is committed and collected; an element without its child ends in "CIM
 /// element syntax error". The base of the other value objects, which differ
 /// in their children and final phase.
-class TCIMXMLParser::TStateValueObject : public TCIMXMLParser::TParseState {
+class TCIMXMLParser::TStateValueObject : public TCIMXMLParser::TParseState, public TPathSlots {
 public:
   enum EPhase : std::int32_t { kObject, kDone };
 
@@ -87,11 +87,8 @@ public:
   bool isClass = false;
   boost::shared_ptr<ICIMClass> cls;
   boost::shared_ptr<ICIMInstance> instance;
-  /// Filled by the path and instance-name children; not read afterwards.
-  std::string host;
-  std::string namespacePath;
-  std::string className;
-  TCIMReference instanceName;
+  // The path and instance-name children fill the path slots; only the full
+  // grammar reads them.
 };
 
 /// "value.namedinstance": an instance name, then the instance. The instance

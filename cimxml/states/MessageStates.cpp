@@ -308,10 +308,8 @@ void TCIMXMLParser::TStateMethodCall::ChildElement(TCIMXMLParser &parser, const 
 
 void TCIMXMLParser::TStateMethodCall::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   RequireComplete(parser, kParameters);
-  const bool instance = !instanceName.GetClassName().empty();
   operation.hasTarget = true;
-  operation.target = MakePath(instance ? TCIMXMLPath::EKind::kInstance : TCIMXMLPath::EKind::kClass,
-                              host, namespacePath, className, instanceName);
+  operation.target = Path();
   Close(parser);
 }
 

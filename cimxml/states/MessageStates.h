@@ -114,14 +114,9 @@ private:
 /// What every operation element shares, in the full grammar: the record it
 /// fills while it is open (the parser numbers it and places the objects of
 /// its parameters in it), handed over at its end tag.
-class TCIMXMLParser::TStateOperation : public TCIMXMLParser::TParseState {
+class TCIMXMLParser::TStateOperation : public TCIMXMLParser::TParseState, public TPathSlots {
 public:
   TCIMXMLOperation operation;
-  // What a target path child writes into.
-  std::string host;
-  std::string namespacePath;
-  std::string className;
-  TCIMReference instanceName;
 
 protected:
   /// Starts the record of the given kind, named by NAME.

@@ -210,11 +210,7 @@ void TCIMXMLParser::TStateObjectPath::ChildElement(TCIMXMLParser &parser, const 
 
 void TCIMXMLParser::TStateObjectPath::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   RequireComplete(parser, kDone);
-  const bool instance = !instanceName.GetClassName().empty();
-  DeliverPath(parser,
-              MakePath(instance ? TCIMXMLPath::EKind::kInstance : TCIMXMLPath::EKind::kClass, host,
-                       namespacePath, className, instanceName),
-              line);
+  DeliverPath(parser, Path(), line);
   Pop(parser);
 }
 

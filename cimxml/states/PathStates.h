@@ -223,19 +223,13 @@ private:
 
 /// "objectpath", full grammar only: one instance path or class path,
 /// handed over as a path standing alone.
-class TCIMXMLParser::TStateObjectPath : public TCIMXMLParser::TParseState {
+class TCIMXMLParser::TStateObjectPath : public TCIMXMLParser::TParseState, public TPathSlots {
 public:
   enum EPhase : std::int32_t { kPath, kDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-
-  // What the path child writes into.
-  std::string host;
-  std::string namespacePath;
-  std::string className;
-  TCIMReference instanceName;
 };
 
 } // namespace NVRNORV20

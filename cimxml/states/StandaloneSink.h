@@ -15,18 +15,39 @@
 
 namespace NVRNORV20 {
 
-/// The slots that object, path and value children write into. A child
-/// built under a sink delivers what it wrote at its own end and empties the
-/// slots, so that every sibling starts from nothing.
-class TStandaloneSink {
-public:
-  bool isClass = false;
-  boost::shared_ptr<ICIMClass> cls;
-  boost::shared_ptr<ICIMInstance> instance;
+/// The path that a class or instance path element wrote into its slots.
+TCIMXMLPath MakePath(TCIMXMLPath::EKind kind, const std::string &host,
+                     const std::string &namespacePath, const std::string &className,
+                     const TCIMReference &instanceName);
+
+/// The slots that the path children of a state write into: host, namespace
+/// path, class name and instance name.
+struct TPathSlots {
   std::string host;
   std::string namespacePath;
   std::string className;
   TCIMReference instanceName;
+
+  /// What the slots hold, as a path of the kind.
+  TCIMXMLPath Path(TCIMXMLPath::EKind kind) const {
+    return MakePath(kind, host, namespacePath, className, instanceName);
+  }
+  /// An instance path when an instance name was written, else a class
+  /// path.
+  TCIMXMLPath Path() const {
+    return Path(instanceName.GetClassName().empty() ? TCIMXMLPath::EKind::kClass
+                                                    : TCIMXMLPath::EKind::kInstance);
+  }
+};
+
+/// The slots that object, path and value children write into. A child
+/// built under a sink delivers what it wrote at its own end and empties the
+/// slots, so that every sibling starts from nothing.
+class TStandaloneSink : public TPathSlots {
+public:
+  bool isClass = false;
+  boost::shared_ptr<ICIMClass> cls;
+  boost::shared_ptr<ICIMInstance> instance;
 
   /// Value children: read as valueType, which the sink sets from what it
   /// knows of the parameter (a string when nothing is known).
@@ -36,26 +57,10 @@ public:
   TCIMType ValueType() const { return valueType; }
   TCIMType ElementType() const { return valueType.GetElementType(); }
   static unsigned ArraySize() { return 0; }
-
-  /// Empties the object and path slots.
-  void ClearObject() {
-    isClass = false;
-    cls.reset();
-    instance.reset();
-    host.clear();
-    namespacePath.clear();
-    className.clear();
-    instanceName = TCIMReference();
-  }
 };
 
 /// True when a child built under TParent stands alone there.
 template <class TParent> constexpr bool kStandsAlone = std::is_base_of_v<TStandaloneSink, TParent>;
-
-/// The path that a class or instance path element wrote into its slots.
-TCIMXMLPath MakePath(TCIMXMLPath::EKind kind, const std::string &host,
-                     const std::string &namespacePath, const std::string &className,
-                     const TCIMReference &instanceName);
 
 } // namespace NVRNORV20
 
