@@ -16,6 +16,17 @@ loader, following DSP0201 and its DTD:
      else and are not counted.
   O  IMETHODCALL, METHODCALL, EXPMETHODCALL and the three responses
 
+Each count is made twice. "All" counts every such element wherever it
+stands. "Placed" counts only the objects that stand where the DTD puts them:
+the object and every element above it are DTD elements with their children in
+the order and number of their content models, their required attributes
+present and their enumerated attributes within their lists, and the root is
+CIM or one of the object and path elements that the full grammar reads as a
+document (ROOT_ELEMENTS). Elements below an object are not checked: the loader
+keeps an object when one of its values is bad. The deliberately broken
+documents of the peers' test suites (a root named CIMX, an ERROR root, a CLASS
+without its NAME) carry no placed objects.
+
 Then the tool is run on each document; it prints a summary line
 "FILE: Q qualifier declarations, C classes, I instances, P paths, O operations".
 A document returns all its objects when the tool exits with 0 or 1 and
@@ -47,6 +58,12 @@ PATH_PARENTS = {"IRETURNVALUE", "RETURNVALUE", "PARAMVALUE", "IPARAMVALUE"}
 OPERATIONS = {"IMETHODCALL", "METHODCALL", "EXPMETHODCALL",
               "IMETHODRESPONSE", "METHODRESPONSE", "EXPMETHODRESPONSE"}
 
+# The document elements that the full grammar reads besides CIM.
+ROOT_ELEMENTS = {"CIM", "CLASS", "INSTANCE", "QUALIFIER.DECLARATION", "VALUE.OBJECT",
+                 "VALUE.NAMEDINSTANCE", "VALUE.NAMEDOBJECT", "VALUE.OBJECTWITHPATH",
+                 "VALUE.OBJECTWITHLOCALPATH", "VALUE.INSTANCEWITHPATH"} | PATH_ELEMENTS
+DTD_FILE = "../shared/dtd/DSP0203_2.4.0.dtd"
+
 SUMMARY = re.compile(
     r"^(?P<file>.*): (?P<Q>\d+) qualifier declarations?, (?P<C>\d+) class(?:es)?, "
     r"(?P<I>\d+) instances?, (?P<P>\d+) paths?, (?P<O>\d+) operations?\s*$")
@@ -59,31 +76,109 @@ def element_name(tag):
     return tag.rsplit("}", 1)[-1].upper()
 
 
+class Dtd:
+    """Content models and attributes of the CIM-XML DTD, read from its file."""
+
+    ATTRIBUTE = re.compile(r"(\S+)\s+(CDATA|NMTOKEN|ID|\([^)]*\))\s+"
+                           r"(#REQUIRED|#IMPLIED|(?:#FIXED\s+)?(?:'[^']*'|\"[^\"]*\"))")
+    TOKEN = re.compile(r"#PCDATA|[A-Za-z][\w.-]*|[(),|?*+]")
+
+    def __init__(self, path):
+        text = re.sub(r"<!--.*?-->", "", Path(path).read_text(encoding="utf-8"), flags=re.S)
+        entities = dict(re.findall(r'<!ENTITY\s+%\s+(\S+)\s+"(.*?)"\s*>', text, flags=re.S))
+        while re.search(r"%[\w.-]+;", text):
+            text = re.sub(r"%([\w.-]+);", lambda m: entities[m.group(1)], text)
+        self.models = {name: re.compile(self.model_pattern(model))
+                       for name, model in re.findall(r"<!ELEMENT\s+(\S+)\s+(.*?)>", text,
+                                                     flags=re.S)}
+        self.required = {}
+        self.choices = {}
+        for name, body in re.findall(r"<!ATTLIST\s+(\S+)(.*?)>", text, flags=re.S):
+            for attribute, kind, default in self.ATTRIBUTE.findall(body):
+                if default == "#REQUIRED":
+                    self.required.setdefault(name, []).append(attribute)
+                if kind.startswith("("):
+                    values = {v.strip() for v in kind.strip("()").split("|")}
+                    self.choices.setdefault(name, {})[attribute] = values
+
+    @classmethod
+    def model_pattern(cls, model):
+        """A regular expression over the children's names, each followed by a space."""
+        model = model.strip()
+        if model == "EMPTY":
+            return ""
+        if model == "ANY":
+            return ".*"
+        pieces = []
+        for token in cls.TOKEN.findall(model):
+            if token == "#PCDATA":
+                pieces.append("(?:)")
+            elif token == "(":
+                pieces.append("(?:")
+            elif token == ",":
+                continue
+            elif token in ")|?*+":
+                pieces.append(token)
+            else:
+                pieces.append(f"(?:{re.escape(token)} )")
+        return "".join(pieces).replace("(?:)|", "").replace("(?:(?:))", "(?:)")
+
+    def valid(self, element, name):
+        """Whether the element itself follows the DTD; its children are not entered."""
+        model = self.models.get(name)
+        if model is None:
+            return False
+        if not model.fullmatch("".join(element_name(c.tag) + " " for c in element
+                                       if element_name(c.tag))):
+            return False
+        if any(a not in element.attrib for a in self.required.get(name, ())):
+            return False
+        return all(element.attrib[a] in values
+                   for a, values in self.choices.get(name, {}).items() if a in element.attrib)
+
+
+DTD = None
+
+
+def load_dtd(path):
+    global DTD
+    DTD = Dtd(path)
+
+
 def count_objects(path):
-    """Count the objects of one document, as a dict keyed by CATEGORIES."""
+    """Count the objects of one document: a dict keyed by CATEGORIES, counted
+    everywhere, and one counted only where the DTD places them."""
     counts = dict.fromkeys(CATEGORIES, 0)
-    stack = []  # names of the open elements, the root first
+    placed = dict.fromkeys(CATEGORIES, 0)
     opener = gzip.open if str(path).endswith(".gz") else open
     with opener(path, "rb") as stream:
-        for event, elem in ET.iterparse(stream, events=("start", "end")):
-            name = element_name(elem.tag)
-            if event == "end":
-                stack.pop()
-                elem.clear()
-                continue
-            parent = stack[-1] if stack else None
-            if name == "QUALIFIER.DECLARATION":
-                counts["Q"] += 1
-            elif name == "CLASS" and "VALUE" not in stack:
-                counts["C"] += 1
-            elif name == "INSTANCE":
-                counts["I"] += 1
-            elif name in PATH_ELEMENTS and (parent is None or parent in PATH_PARENTS):
-                counts["P"] += 1
-            elif name in OPERATIONS:
-                counts["O"] += 1
-            stack.append(name)
-    return counts
+        root = ET.parse(stream).getroot()
+    root_name = element_name(root.tag)
+    # Each entry: element, its parent's name, its ancestors' names, whether it
+    # and every element above it follow the DTD.
+    pending = [(root, None, (), root_name in ROOT_ELEMENTS)]
+    while pending:
+        elem, parent, above, placed_above = pending.pop()
+        name = element_name(elem.tag)
+        if not name:
+            continue
+        is_placed = placed_above and DTD.valid(elem, name)
+        category = None
+        if name == "QUALIFIER.DECLARATION":
+            category = "Q"
+        elif name == "CLASS" and "VALUE" not in above:
+            category = "C"
+        elif name == "INSTANCE":
+            category = "I"
+        elif name in PATH_ELEMENTS and (parent is None or parent in PATH_PARENTS):
+            category = "P"
+        elif name in OPERATIONS:
+            category = "O"
+        if category:
+            counts[category] += 1
+            placed[category] += is_placed
+        pending.extend((child, name, above + (name,), is_placed) for child in elem)
+    return counts, placed
 
 
 def parse_summary(stdout):
@@ -112,27 +207,29 @@ def run_tool(command, timeout):
 def examine(job):
     """Count one document and, unless only counting, run the tool on it."""
     relative, full, tool_command, timeout = job
-    record = {"file": relative, "counted": None, "tool": None, "exit": None,
-              "outcome": "not run", "stderr": "", "all_returned": False}
+    record = {"file": relative, "counted": None, "placed": None, "tool": None, "exit": None,
+              "outcome": "not run", "stderr": "", "all_returned": False,
+              "placed_returned": False}
     try:
-        record["counted"] = count_objects(full)
+        record["counted"], record["placed"] = count_objects(full)
     except (ET.ParseError, OSError, EOFError) as error:
         record["count_error"] = str(error)
         record["counted"] = dict.fromkeys(CATEGORIES, 0)
+        record["placed"] = dict.fromkeys(CATEGORIES, 0)
     if tool_command is None:
         return record
     outcome, status, stdout, first = run_tool(tool_command + [str(full)], timeout)
     record.update(outcome=outcome, exit=status, stderr=first)
     if outcome == "ran":
         record["tool"] = parse_summary(stdout)
-    record["all_returned"] = (
-        outcome == "ran" and status in (0, 1) and record["tool"] is not None
-        and all(record["tool"][k] >= record["counted"][k] for k in "QCIP"))
+    ran = outcome == "ran" and status in (0, 1) and record["tool"] is not None
+    for flag, key in (("all_returned", "counted"), ("placed_returned", "placed")):
+        record[flag] = ran and all(record["tool"][k] >= record[key][k] for k in "QCIP")
     return record
 
 
-def has_objects(record):
-    return sum(record["counted"][k] for k in "QCIP") > 0
+def has_objects(record, key="counted"):
+    return sum(record[key][k] for k in "QCIP") > 0
 
 
 def selected_documents(corpus):
@@ -149,39 +246,53 @@ def figures(counts):
 
 
 def report_counts(records, details):
-    totals = dict.fromkeys(CATEGORIES, 0)
+    totals = {key: dict.fromkeys(CATEGORIES, 0) for key in ("counted", "placed")}
     for record in records:
-        for key in CATEGORIES:
-            totals[key] += record["counted"][key]
+        for key, total in totals.items():
+            for category in CATEGORIES:
+                total[category] += record[key][category]
         if details:
-            print(record["file"], *(record["counted"][k] for k in CATEGORIES), sep="\t")
+            print(record["file"], figures(record["counted"]), figures(record["placed"]),
+                  sep="\t")
     print(f"documents considered:  {len(records)}")
-    print(f"documents with objects: {sum(map(has_objects, records))}")
-    print("totals: " + ", ".join(f"{k} {totals[k]}" for k in CATEGORIES))
+    for key, total in totals.items():
+        print(f"{key}: documents with objects "
+              f"{sum(has_objects(r, key) for r in records)}; totals "
+              + ", ".join(f"{k} {total[k]}" for k in CATEGORIES))
+
+
+def report_share(records, key, flag, title):
+    """Print how many documents with objects (by key) had them all returned."""
+    with_objects = [r for r in records if has_objects(r, key)]
+    returned = sum(r[flag] for r in with_objects)
+    share = 100.0 * returned / len(with_objects) if with_objects else 0.0
+    print(f"{title}:")
+    print(f"  documents with objects:    {len(with_objects)}")
+    print(f"  all objects returned:      {returned} ({share:.1f}%)")
+    print(f"  missing objects:           {len(with_objects) - returned}"
+          " (crashes and timeouts included)")
+    return [r for r in with_objects if not r[flag]]
 
 
 def report_run(records, details):
-    with_objects = [r for r in records if has_objects(r)]
-    returned = [r for r in with_objects if r["all_returned"]]
-    missing = [r for r in with_objects if not r["all_returned"]]
-    share = 100.0 * len(returned) / len(with_objects) if with_objects else 0.0
     print(f"documents considered:        {len(records)}")
-    print(f"documents without objects:   {len(records) - len(with_objects)}")
-    print(f"documents with objects:      {len(with_objects)}")
-    print(f"all objects returned:        {len(returned)} ({share:.1f}%)")
-    print(f"missing objects:             {len(missing)} (crashes and timeouts included)")
     print(f"crashes (all documents):     {sum(r['outcome'] == 'crash' for r in records)}")
     print(f"timeouts (all documents):    {sum(r['outcome'] == 'timeout' for r in records)}")
+    missing = report_share(records, "counted", "all_returned", "objects wherever they stand")
+    missing_placed = report_share(records, "placed", "placed_returned",
+                                  "objects where the DTD places them")
     if details and missing:
-        print("# file\tcounted Q/C/I/P\ttool Q/C/I/P\texit\tfirst stderr line")
+        placed_files = {r["file"] for r in missing_placed}
+        print("# file\tcounted Q/C/I/P\tplaced Q/C/I/P\ttool Q/C/I/P\texit\t"
+              "placed miss\tfirst stderr line")
         for r in missing:
             status = r["exit"]
             if r["outcome"] == "timeout":
                 status = "timeout"
             elif status < 0:
                 status = f"signal {-status}"
-            print(r["file"], figures(r["counted"]), figures(r["tool"]), status,
-                  r["stderr"], sep="\t")
+            print(r["file"], figures(r["counted"]), figures(r["placed"]), figures(r["tool"]),
+                  status, "yes" if r["file"] in placed_files else "no", r["stderr"], sep="\t")
 
 
 def main():
@@ -215,10 +326,15 @@ def main():
         if not args.tool.is_file():
             parser.error(f"tool not found: {args.tool}")
         tool_command = [str(args.tool)] + args.tool_arg
+    dtd_file = REPO_ROOT / DTD_FILE
+    if not dtd_file.is_file():
+        parser.error(f"no DTD at {dtd_file}")
+    load_dtd(dtd_file)
     jobs = [(name, corpus / name, tool_command, args.timeout)
             for name in selected_documents(corpus)]
 
-    with ProcessPoolExecutor(max_workers=args.jobs) as pool:
+    with ProcessPoolExecutor(max_workers=args.jobs, initializer=load_dtd,
+                             initargs=(dtd_file,)) as pool:
         records = list(pool.map(examine, jobs, chunksize=4))
 
     for record in records:
