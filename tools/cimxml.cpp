@@ -433,6 +433,11 @@ int Main(int argc, char **argv) {
   CLI::App app(kDescription, "cimxml");
   DescribeOptions(app, options);
   bool help = false;
+  // CLI11 takes "--schema=" as "--schema" and so the next argument as its
+  // file; an empty name is a missing one.
+  for (int i = 1; i < argc && std::string(argv[i]) != "--"; ++i)
+    if (std::string(argv[i]) == "--schema=")
+      return UsageError(app, "--schema: 1 required FILE missing");
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp &) {

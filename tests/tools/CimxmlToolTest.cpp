@@ -213,6 +213,11 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Failed(missing, 11, "File access failed") +
                Failed(message + "z", 11, "File access failed")},
           {{"--schema"}, 2, "", "cimxml: --schema: 1 required FILE missing\nUsage: cimxml", true},
+          {{"--schema=", request},
+           2,
+           "",
+           "cimxml: --schema: 1 required FILE missing\nUsage: cimxml",
+           true},
           {{"--instances", request}, 2, "", "cimxml: --instances requires --classic\n", true},
           {{"--classic", "--operations"}, 2, "", "cimxml: --classic excludes --operations\n", true},
           {{"--bogus", "--help"}, 2, "", "cimxml: unknown option '--bogus'\nUsage: cimxml", true},
