@@ -30,12 +30,40 @@ bool TCIMParameter::IsCommitted(const TCIMOptions &) {
 }
 
 std::string TCIMParameter::ToMOF(const TCIMOptions &) {
-  if (!MofNamesValid("parameter", name))
+  std::vector<const std::string *> others;
+  if (!referenceClass.empty())
+    others.push_back(&referenceClass);
+  if (!MofNamesValid("parameter", name, others))
     return std::string();
   std::string text = MofQualifierPrefix(qualifiers.Own());
-  if (type.GetElementType() == kCIMTypeReference)
-    return text + "object REF " + name + MofArraySuffix(type, 0);
-  return text + MofTypeName(type) + " " + name + MofArraySuffix(type, 0);
+  if (type.GetElementType() == kCIMTypeReference) {
+    text += referenceClass.empty() ? std::string("object") : referenceClass;
+    return text + " REF " + name + MofArraySuffix(type, arraySize);
+  }
+  return text + MofTypeName(type) + " " + name + MofArraySuffix(type, arraySize);
+}
+
+const std::string &TCIMParameter::GetReferenceClassName(const TCIMOptions &) {
+  return referenceClass;
+}
+
+void TCIMParameter::SetReferenceClassName(const std::string &className, const TCIMOptions &) {
+  ThrowIfCommitted();
+  referenceClass = className;
+}
+
+unsigned int TCIMParameter::GetArraySize(const TCIMOptions &) {
+  return arraySize;
+}
+
+void TCIMParameter::SetArraySize(unsigned int size, const TCIMOptions &) {
+  ThrowIfCommitted();
+  arraySize = size;
+}
+
+void TCIMParameter::ThrowIfCommitted() const {
+  if (committed)
+    throw TORVException(TORVStatusCode(kORVStatusAlreadyCommitted));
 }
 
 TCIMMethod::TCIMMethod(std::string methodName, TCIMType methodReturnType, std::string origin,

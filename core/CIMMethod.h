@@ -26,13 +26,22 @@ public:
   /// Completes the parameter; a second call changes nothing.
   void Commit(const TCIMOptions &options = TCIMOptions()) override;
   bool IsCommitted(const TCIMOptions &options = TCIMOptions()) override;
-  /// "[IN] string Name", "uint8 Data[]"; a reference parameter, whose class
-  /// the model does not keep, as "object REF Name".
+  /// "[IN] string Name", "uint8 Data[16]", "CIM_Job REF Job"; a reference
+  /// parameter without a class as "object REF Name".
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
+  const std::string &GetReferenceClassName(const TCIMOptions &options = TCIMOptions()) override;
+  void SetReferenceClassName(const std::string &className,
+                             const TCIMOptions &options = TCIMOptions()) override;
+  unsigned int GetArraySize(const TCIMOptions &options = TCIMOptions()) override;
+  void SetArraySize(unsigned int size, const TCIMOptions &options = TCIMOptions()) override;
 
 private:
+  void ThrowIfCommitted() const;
+
   std::string name;
   TCIMType type;
+  std::string referenceClass;
+  unsigned int arraySize = 0;
   bool committed = false;
 };
 

@@ -175,6 +175,16 @@ public:
   virtual bool IsCommitted(const TCIMOptions &options = TCIMOptions()) = 0;
   /// "[qualifiers] type Name" as it stands in a method's parameter list.
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;
+  /// The class a reference parameter refers to; "" when none was given.
+  virtual const std::string &GetReferenceClassName(const TCIMOptions &options = TCIMOptions()) = 0;
+  /// Only before Commit; afterwards it throws kORVStatusAlreadyCommitted.
+  /// The class need not be in the namespace: a parameter only names it.
+  virtual void SetReferenceClassName(const std::string &className,
+                                     const TCIMOptions &options = TCIMOptions()) = 0;
+  /// The fixed size of an array parameter; 0 when its size is not fixed.
+  virtual unsigned int GetArraySize(const TCIMOptions &options = TCIMOptions()) = 0;
+  /// Only before Commit; afterwards it throws kORVStatusAlreadyCommitted.
+  virtual void SetArraySize(unsigned int size, const TCIMOptions &options = TCIMOptions()) = 0;
 };
 
 /// A method of a class.

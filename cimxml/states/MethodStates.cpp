@@ -39,15 +39,24 @@ void TCIMXMLParser::TStateMethod::ElementEnd(TCIMXMLParser &parser, const std::s
 }
 
 void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+  const bool full = IsFull(parser);
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-    property.Read(parser, attribute);
-  parameter = Require(method).AddParameter(property.name, ParameterType());
+    if (!property.Read(parser, attribute) && full && referenceArray)
+      parser.HandleArraySize(attribute, property.arraySize);
+  parameter = Require(method).AddParameter(property.name, ParameterType(full));
+  if (full) {
+    parameter->SetReferenceClassName(property.referenceClass);
+    parameter->SetArraySize(property.arraySize);
+  }
 }
 
-TCIMType TCIMXMLParser::TStateParameter::ParameterType() const {
+TCIMType TCIMXMLParser::TStateParameter::ParameterType(bool full) const {
+  TCIMType type = property.type;
   if (property.kind == TPropertyAttributes::EKind::kReference)
-    return TCIMType(kCIMTypeReference);
-  return property.type;
+    type = TCIMType(kCIMTypeReference);
+  // The classic grammar reads an array parameter as its element type.
+  const bool array = property.kind == TPropertyAttributes::EKind::kArray || referenceArray;
+  return full && array ? type.GetArrayType() : type;
 }
 
 void TCIMXMLParser::TStateParameter::ChildElement(TCIMXMLParser &parser, const std::string &name,

@@ -53,7 +53,8 @@ public:
                     TAttributes &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// A reference parameter is added with the reference type, the others
-  /// with their TYPE (an array parameter's without the array flag).
+  /// with their TYPE. The classic grammar drops an array parameter's array
+  /// flag; the full grammar keeps it, with ARRAYSIZE and REFERENCECLASS.
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
 protected:
@@ -63,13 +64,14 @@ protected:
   /// The reference parameters' end: the default is an empty reference,
   /// pointing to REFERENCECLASS when the namespace holds it.
   void EndAsReference(TCIMXMLParser &parser);
-  TCIMType ParameterType() const;
+  TCIMType ParameterType(bool full) const;
 
 public:
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return parameter; }
   TCIMType ValueType() const { return property.type; }
-  TCIMType ElementType() const { return ParameterType(); }
+  // Only the classic grammar gives a parameter a value child.
+  TCIMType ElementType() const { return ParameterType(false); }
   unsigned ArraySize() const { return property.arraySize; }
   TCIMValue value;
   bool valueSeen = false;
@@ -78,6 +80,7 @@ protected:
   boost::shared_ptr<ICIMMethod> method;
   boost::shared_ptr<ICIMParameter> parameter;
   TPropertyAttributes property;
+  bool referenceArray = false;
 
 private:
   void Finish(TCIMXMLParser &parser);
@@ -107,12 +110,15 @@ public:
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
 
-/// "parameter.refarray": a reference parameter; its ARRAYSIZE is not read.
+/// "parameter.refarray": in the classic grammar a reference parameter whose
+/// ARRAYSIZE is not read; in the full grammar an array of references.
 class TCIMXMLParser::TStateParameterRefArray : public TCIMXMLParser::TStateParameterReference {
 public:
   template <class TParent>
   TStateParameterRefArray(TCIMXMLParser &parser, TParent &parent)
-      : TStateParameterReference(parser, parent) {}
+      : TStateParameterReference(parser, parent) {
+    referenceArray = true;
+  }
 };
 
 } // namespace NVRNORV20

@@ -46,5 +46,19 @@ TEST_F(MethodStatesTest, MethodsAndParameters) {
   });
 }
 
+// The full grammar keeps what the classic one drops: array parameters are
+// arrays with their size, and reference parameters name their class.
+TEST_F(MethodStatesTest, FullGrammarKeepsParameterArraysAndReferenceClasses) {
+  Check({{Method("<PARAMETER.ARRAY NAME=\"b\" TYPE=\"uint8\" ARRAYSIZE=\"2\"/>"
+                 "<PARAMETER.ARRAY NAME=\"s\" TYPE=\"string\"/>"
+                 "<PARAMETER.REFERENCE NAME=\"c\" REFERENCECLASS=\"C\"/>"
+                 "<PARAMETER.REFARRAY NAME=\"d\" REFERENCECLASS=\"Nope\" ARRAYSIZE=\"3\"/>"
+                 "<PARAMETER.REFARRAY NAME=\"e\"/><PARAMETER.REFERENCE NAME=\"f\"/>"),
+          {},
+          "class C { uint32 m(uint8 b[2], string s[], C REF c, Nope REF d[3], object REF e[], "
+          "object REF f); };"}},
+        {}, [this](const std::string &xml) { return ParseFull(xml); });
+}
+
 } // namespace
 } // namespace orvtest

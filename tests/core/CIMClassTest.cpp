@@ -99,6 +99,13 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
 
   auto method = derived->AddMethod("Run", TCIMType(kCIMTypeUint32));
   method->AddParameter("Arg", TCIMType(kCIMTypeString));
+  // A reference parameter names its class, which need not be loaded.
+  auto job = method->AddParameter("Jobs", TCIMType(kCIMTypeReference).GetArrayType());
+  job->SetReferenceClassName("CIM_Job");
+  job->SetArraySize(2);
+  job->Commit();
+  EXPECT_EQ(job->ToMOF() + job->GetReferenceClassName(), "CIM_Job REF Jobs[2]CIM_Job");
+  EXPECT_EQ(job->GetArraySize(), 2U);
   const auto qualifier = [&](const char *name, const TCIMValue &value) {
     return base->CreateQualifier(ns->GetQualifierDecl(name), value, D::kFlavorDefault);
   };
@@ -110,6 +117,8 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
       {[&] { derived->AddMethod("run", TCIMType(kCIMTypeUint32)); }, kORVStatusAlreadyExists},
       {[&] { method->AddParameter("ARG", TCIMType(kCIMTypeString)); }, kORVStatusAlreadyExists},
       {[&] { method->GetParameter("Other"); }, kORVStatusNoSuchParameter},
+      {[&] { job->SetReferenceClassName("CIM_Other"); }, kORVStatusAlreadyCommitted},
+      {[&] { job->SetArraySize(3); }, kORVStatusAlreadyCommitted},
       {[&] { base->AddProperty("Late", TCIMValue()); }, kORVStatusAlreadyCommitted},
       {[&] { base->RemoveProperty("Inherited"); }, kORVStatusAlreadyCommitted},
       {[&] { base->Commit(); }, kORVStatusAlreadyCommitted},

@@ -264,6 +264,22 @@ protected:
     return result;
   }
 
+  /// Parses a whole document in the full grammar, registering what it
+  /// defines in ns.
+  TResult ParseFull(const std::string &xml) {
+    std::vector<char> buffer(xml.begin(), xml.end());
+    buffer.push_back('\0');
+    TCIMXMLParser parser(ns);
+    parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kRegister});
+    TResult result;
+    try {
+      parser.Parse(buffer.data());
+    } catch (const TORVException &) {
+      result.aborted = true;
+    }
+    return result;
+  }
+
   /// A fresh namespace holding the test qualifiers and then each document,
   /// every one loaded without a log line.
   void Reset(const std::vector<std::string> &schema = {}) {
