@@ -457,6 +457,19 @@ protected:
   /// Logs "CIM-XML Parser line N:" + message without ending the element:
   /// what the full grammar reports and reads on after.
   static void Report(TCIMXMLParser &parser, const std::string &message);
+  /// The full grammar's reading of a property or method (isMethod) that a
+  /// class repeats from its superclass with PROPAGATED="true": when the
+  /// superclass has the member, the class's copy is removed, so that the
+  /// inherited one stands, and where the copy's class origin, default or
+  /// qualifiers differ a line says so. Otherwise the copy stays the class's
+  /// own, with a line. Not for a class whose superclass is a stand-in.
+  static void TakePropagated(TCIMXMLParser &parser, ICIMClass &cls, bool isMethod,
+                             const std::string &name, const std::string &classOrigin);
+  /// Whether the class's members marked propagated go to TakePropagated:
+  /// not when a stand-in superclass could not give them.
+  static bool TakesPropagated(TCIMXMLParser &parser, ICIMClass &cls) {
+    return !KeepPropagated(parser) || cls.GetSuperClassName().empty();
+  }
 
   /// Throws kORVStatusNullObject when an object that a failed start tag
   /// should have made is missing, so that no state calls through an empty

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace NVRNORV20 {
 
@@ -15,6 +16,17 @@ namespace NVRNORV20 {
 inline int AsciiLower(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
+}
+
+/// Whether two texts are equal with ASCII letters in either case, as CIM
+/// names are compared.
+inline bool EqualsAsciiNoCase(std::string_view left, std::string_view right) {
+  if (left.size() != right.size())
+    return false;
+  for (std::size_t i = 0; i < left.size(); ++i)
+    if (AsciiLower(left[i]) != AsciiLower(right[i]))
+      return false;
+  return true;
 }
 
 /// The characters of XML 1.0's Char production.

@@ -3,6 +3,7 @@
 #include "cimxml/states/MethodStates.h"
 #include "cimxml/states/PropertyStates.h"
 #include "cimxml/states/QualifierStates.h"
+#include "xml/XmlBytes.h"
 
 namespace NVRNORV20 {
 
@@ -67,6 +68,44 @@ void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::
       Child<TStateMethod, TStateClass>("method", kQualifiers, kMethods, kMethods),
   };
   AcceptChild(parser, name, attributes, kRows, kMethods, EMiss::kFallThrough);
+}
+
+void TCIMXMLParser::TParseState::TakePropagated(TCIMXMLParser &parser, ICIMClass &cls,
+                                                bool isMethod, const std::string &name,
+                                                const std::string &classOrigin) {
+  const char *const kind = isMethod ? "Propagated method " : "Propagated property ";
+  const std::string member = kind + name + " of class " + cls.GetName();
+  boost::shared_ptr<ICIMClass> superClass = cls.GetSuperClass();
+  if (!superClass || !(isMethod ? superClass->HasMethod(name) : superClass->HasProperty(name))) {
+    Report(parser, member + " is not in the superclass: it is read as the class's own");
+    return;
+  }
+  boost::shared_ptr<ICIMQualifiedObject> copy;
+  boost::shared_ptr<ICIMQualifiedObject> inherited;
+  std::string origin;
+  if (isMethod) {
+    boost::shared_ptr<ICIMMethod> method = superClass->GetMethod(name);
+    origin = method->GetClassOrigin();
+    copy = cls.GetMethod(name);
+    inherited = method;
+  } else {
+    boost::shared_ptr<ICIMPropertyDecl> property = superClass->GetProperty(name);
+    origin = property->GetClassOrigin();
+    if (!(cls.GetProperty(name)->GetValue() == property->GetValue()))
+      Report(parser, member + " has another default than the inherited one, which is kept");
+    copy = cls.GetProperty(name);
+    inherited = property;
+  }
+  if (!classOrigin.empty() && !EqualsAsciiNoCase(classOrigin, origin))
+    Report(parser, member + " names class origin " + classOrigin + ", but it comes from " + origin);
+  for (const boost::shared_ptr<ICIMQualifier> &qualifier : copy->GetQualifiers())
+    if (!(qualifier->GetValue() == inherited->GetQualifier(qualifier->GetName())->GetValue()))
+      Report(parser, member + ": qualifier " + qualifier->GetName() +
+                         " differs from the inherited one, which is kept");
+  if (isMethod)
+    cls.RemoveMethod(name);
+  else
+    cls.RemoveProperty(name);
 }
 
 } // namespace NVRNORV20

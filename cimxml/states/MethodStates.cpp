@@ -7,7 +7,9 @@ namespace NVRNORV20 {
 
 void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-    parser.HandleCIMName(attribute, &methodName) || parser.HandleCIMType(attribute, &returnType);
+    parser.HandleCIMName(attribute, &methodName) || parser.HandleCIMType(attribute, &returnType) ||
+        parser.HandleClassOrigin(attribute, &classOrigin) ||
+        parser.HandlePropagated(attribute, propagated);
   method = Require(cls).AddMethod(methodName, returnType);
 }
 
@@ -35,6 +37,8 @@ void TCIMXMLParser::TStateMethod::ChildElement(TCIMXMLParser &parser, const std:
 
 void TCIMXMLParser::TStateMethod::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   Require(method).Commit();
+  if (IsFull(parser) && propagated && TakesPropagated(parser, *cls))
+    TakePropagated(parser, *cls, true, methodName, classOrigin);
   Pop(parser);
 }
 

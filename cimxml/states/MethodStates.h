@@ -33,6 +33,9 @@ private:
   boost::shared_ptr<ICIMClass> cls;
   std::string methodName;
   TCIMType returnType;
+  // Read in both grammars, used in the full one only.
+  std::string classOrigin;
+  bool propagated = false;
 };
 
 /// "parameter": adds the parameter to the method at its start tag and

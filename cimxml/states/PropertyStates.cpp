@@ -84,6 +84,8 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
     value.SetReferencedClass(FindClass(parser, property.referenceClass));
   Require(declaration).SetValue(value);
   declaration->Commit();
+  if (IsFull(parser) && property.propagated && TakesPropagated(parser, *cls))
+    TakePropagated(parser, *cls, false, property.name, property.classOrigin);
   Pop(parser);
 }
 

@@ -51,5 +51,42 @@ TEST_F(ClassStatesTest, ContentModel) {
   });
 }
 
+// In the full grammar a member that a flattened class repeats from its
+// superclass, marked propagated, is the inherited member: the class declares
+// nothing of its own, and what the copy says otherwise is a line.
+TEST_F(ClassStatesTest, FullGrammarTakesPropagatedMembersAsInherited) {
+  const std::string base =
+      "<CLASS NAME=\"Base\"><PROPERTY NAME=\"Id\" TYPE=\"uint8\"><QUALIFIER "
+      "NAME=\"Description\" TYPE=\"string\"><VALUE>id</VALUE></QUALIFIER><VALUE>1</VALUE>"
+      "</PROPERTY><METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>";
+  const auto sub = [](const std::string &members) {
+    return "<CLASS NAME=\"Sub\" SUPERCLASS=\"Base\">" + members + "</CLASS>";
+  };
+  Check({{Objects({sub("<PROPERTY NAME=\"ID\" TYPE=\"uint8\" PROPAGATED=\"true\" "
+                       "CLASSORIGIN=\"base\"><QUALIFIER NAME=\"Description\" "
+                       "TYPE=\"string\"><VALUE>id</VALUE></QUALIFIER><VALUE>1</VALUE>"
+                       "</PROPERTY><METHOD NAME=\"Reset\" TYPE=\"uint32\" "
+                       "PROPAGATED=\"true\"/>")}),
+          {},
+          "class Sub : Base { };"},
+         {Objects({sub("<PROPERTY NAME=\"Id\" TYPE=\"uint8\" PROPAGATED=\"true\" "
+                       "CLASSORIGIN=\"Other\"><QUALIFIER NAME=\"Description\" "
+                       "TYPE=\"string\"><VALUE>new</VALUE></QUALIFIER><VALUE>2</VALUE>"
+                       "</PROPERTY><PROPERTY NAME=\"Size\" TYPE=\"uint8\" PROPAGATED=\"true\"/>"
+                       "<METHOD NAME=\"Stop\" TYPE=\"uint32\" PROPAGATED=\"true\"/>")}),
+          {Err("Propagated property Id of class Sub has another default than the inherited "
+               "one, which is kept"),
+           Err("Propagated property Id of class Sub names class origin Other, but it comes from "
+               "Base"),
+           Err("Propagated property Id of class Sub: qualifier Description differs from the "
+               "inherited one, which is kept"),
+           Err("Propagated property Size of class Sub is not in the superclass: it is read as the "
+               "class's own"),
+           Err("Propagated method Stop of class Sub is not in the superclass: it is read as the "
+               "class's own")},
+          "class Sub : Base { uint8 Size; uint32 Stop(); };"}},
+        {Objects({base})}, [this](const std::string &xml) { return ParseFull(xml); });
+}
+
 } // namespace
 } // namespace orvtest
