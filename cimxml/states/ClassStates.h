@@ -42,8 +42,11 @@ public:
   /// A class standing alone is committed and handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
-  // What the children write into.
+  // What the children write into, and what the class inherits from.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return cls; }
+  boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const {
+    return cls ? cls->GetSuperClass() : nullptr;
+  }
   boost::shared_ptr<ICIMClass> cls;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "cimxml/states/QualifierStates.h"
 #include "cimxml/states/ValueStates.h"
+#include "xml/XmlBytes.h"
 
 namespace NVRNORV20 {
 
@@ -11,6 +12,9 @@ void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttribute
         parser.HandleClassOrigin(attribute, &classOrigin) ||
         parser.HandlePropagated(attribute, propagated);
   method = Require(cls).AddMethod(methodName, returnType);
+  boost::shared_ptr<ICIMClass> superClass = cls->GetSuperClass();
+  if (IsFull(parser) && superClass && superClass->HasMethod(methodName))
+    inheritedMethod = superClass->GetMethod(methodName);
 }
 
 void TCIMXMLParser::TStateMethod::ChildElement(TCIMXMLParser &parser, const std::string &name,
@@ -52,6 +56,14 @@ void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser, TAttrib
     parameter->SetReferenceClassName(property.referenceClass);
     parameter->SetArraySize(property.arraySize);
   }
+}
+
+boost::shared_ptr<ICIMQualifiedObject> TCIMXMLParser::TStateParameter::InheritedObject() const {
+  if (inheritedMethod)
+    for (const boost::shared_ptr<ICIMParameter> &candidate : inheritedMethod->GetParameters())
+      if (EqualsAsciiNoCase(candidate->GetName(), property.name))
+        return candidate;
+  return nullptr;
 }
 
 TCIMType TCIMXMLParser::TStateParameter::ParameterType(bool full) const {

@@ -25,9 +25,12 @@ public:
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
-  // What the children write into.
+  // What the children write into, and what the method overrides (full
+  // grammar only).
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return method; }
+  boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const { return inheritedMethod; }
   boost::shared_ptr<ICIMMethod> method;
+  boost::shared_ptr<ICIMMethod> inheritedMethod;
 
 private:
   boost::shared_ptr<ICIMClass> cls;
@@ -50,7 +53,7 @@ public:
   /// Adds a parameter to the parent's method.
   template <class TParent>
   TStateParameter(TCIMXMLParser &, TParent &parent)
-      : TStateParameter(parent.method, TPropertyAttributes::EKind::kScalar) {}
+      : TStateParameter(parent, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -61,8 +64,8 @@ public:
   void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
 
 protected:
-  TStateParameter(boost::shared_ptr<ICIMMethod> owner, TPropertyAttributes::EKind kind)
-      : method(std::move(owner)), property(kind) {}
+  TStateParameter(const TStateMethod &parent, TPropertyAttributes::EKind kind)
+      : method(parent.method), inheritedMethod(parent.inheritedMethod), property(kind) {}
 
   /// The reference parameters' end: the default is an empty reference,
   /// pointing to REFERENCECLASS when the namespace holds it.
@@ -72,6 +75,9 @@ protected:
 public:
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return parameter; }
+  /// The overridden method's parameter of the same name; empty when there
+  /// is none.
+  boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const;
   TCIMType ValueType() const { return property.type; }
   // Only the classic grammar gives a parameter a value child.
   TCIMType ElementType() const { return ParameterType(false); }
@@ -81,6 +87,7 @@ public:
 
 protected:
   boost::shared_ptr<ICIMMethod> method;
+  boost::shared_ptr<ICIMMethod> inheritedMethod;
   boost::shared_ptr<ICIMParameter> parameter;
   TPropertyAttributes property;
   bool referenceArray = false;
@@ -95,7 +102,7 @@ class TCIMXMLParser::TStateParameterArray : public TCIMXMLParser::TStateParamete
 public:
   template <class TParent>
   TStateParameterArray(TCIMXMLParser &, TParent &parent)
-      : TStateParameter(parent.method, TPropertyAttributes::EKind::kArray) {}
+      : TStateParameter(parent, TPropertyAttributes::EKind::kArray) {}
 
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
@@ -106,7 +113,7 @@ class TCIMXMLParser::TStateParameterReference : public TCIMXMLParser::TStatePara
 public:
   template <class TParent>
   TStateParameterReference(TCIMXMLParser &, TParent &parent)
-      : TStateParameter(parent.method, TPropertyAttributes::EKind::kReference) {}
+      : TStateParameter(parent, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;

@@ -55,6 +55,13 @@ void AttachReferencedClass(ICIMNamespace &ns, const std::string &className, TCIM
 
 // Declaration variants.
 
+boost::shared_ptr<ICIMQualifiedObject> TCIMXMLParser::TStatePropertyDecl::InheritedObject() const {
+  boost::shared_ptr<ICIMClass> superClass = cls ? cls->GetSuperClass() : nullptr;
+  if (!superClass || !superClass->HasProperty(property.name))
+    return nullptr;
+  return superClass->GetProperty(property.name);
+}
+
 void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
                                                      TAttributes &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)

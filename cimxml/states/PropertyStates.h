@@ -68,6 +68,8 @@ public:
 
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return declaration; }
+  /// The superclass's property of the same name; empty when there is none.
+  boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const;
   TCIMType ValueType() const { return property.type; }
   TCIMType ElementType() const { return property.type; }
   unsigned ArraySize() const { return property.arraySize; }

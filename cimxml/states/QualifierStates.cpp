@@ -45,10 +45,26 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
   if ((!propagated || KeepPropagated(parser)) && declaration) {
     if (!valueSeen)
       value = TCIMValue(declaration->GetType(), 0);
+    if (OverridesFixed()) {
+      Report(parser,
+             "Qualifier " + qualifierName + " is not overridable: the inherited value is kept");
+      Pop(parser);
+      return;
+    }
     auto qualifier = Require(target).CreateQualifier(declaration, value, flavor);
     target->AddQualifier(qualifier);
   }
   Pop(parser);
+}
+
+bool TCIMXMLParser::TStateQualifier::OverridesFixed() const {
+  if (!inherited || !inherited->HasQualifier(qualifierName))
+    return false;
+  boost::shared_ptr<ICIMQualifier> fixed = inherited->GetQualifier(qualifierName);
+  const std::uint32_t bits = fixed->GetFlavor();
+  // A qualifier that is not handed to subclasses binds nothing there.
+  return (bits & ICIMQualifierDecl::kFlavorToSubclass) != 0 &&
+         (bits & ICIMQualifierDecl::kFlavorOverridable) == 0 && !(fixed->GetValue() == value);
 }
 
 boost::shared_ptr<ICIMQualifierDecl>

@@ -15,9 +15,12 @@ namespace NVRNORV20 {
 /// "value.array", in any order and number (the last one wins).
 class TCIMXMLParser::TStateQualifier : public TCIMXMLParser::TParseState {
 public:
-  /// Qualifies the parent's QualifiedObject().
+  /// Qualifies the parent's QualifiedObject(). The full grammar also keeps
+  /// what the parent inherits from, whose qualifiers may refuse an override.
   template <class TParent>
-  TStateQualifier(TCIMXMLParser &, TParent &parent) : target(parent.QualifiedObject()) {}
+  TStateQualifier(TCIMXMLParser &parser, TParent &parent)
+      : target(parent.QualifiedObject()),
+        inherited(IsFull(parser) ? parent.InheritedObject() : nullptr) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
                     TAttributes &attributes) override;
@@ -25,7 +28,9 @@ public:
   /// qualifier " + name and its exception passed on, so it is dropped. A
   /// propagated qualifier is read but never attached. Without a value child
   /// the value is an empty one of the declared type (not of the TYPE
-  /// attribute, which only types the value child).
+  /// attribute, which only types the value child). In the full grammar, a
+  /// qualifier that an inherited, not overridable one forbids to change is
+  /// a line and not attached: the inherited one stands.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// An unknown TYPE throws from the object model; the qualifier then
   /// parses its value child untyped.
@@ -44,7 +49,12 @@ private:
   /// a new one there of the qualifier's own type.
   boost::shared_ptr<ICIMQualifierDecl> FullDeclaration(TCIMXMLParser &parser) const;
 
+  /// Whether an inherited qualifier of the name is not overridable and has
+  /// another value.
+  bool OverridesFixed() const;
+
   boost::shared_ptr<ICIMQualifiedObject> target;
+  boost::shared_ptr<ICIMQualifiedObject> inherited;
   std::string qualifierName;
   TCIMType type;
   bool propagated = false;

@@ -53,12 +53,15 @@ TEST_F(ClassStatesTest, ContentModel) {
 
 // In the full grammar a member that a flattened class repeats from its
 // superclass, marked propagated, is the inherited member: the class declares
-// nothing of its own, and what the copy says otherwise is a line.
+// nothing of its own, and what the copy says otherwise is a line. A
+// qualifier that is not overridable keeps its inherited value.
 TEST_F(ClassStatesTest, FullGrammarTakesPropagatedMembersAsInherited) {
   const std::string base =
       "<CLASS NAME=\"Base\"><PROPERTY NAME=\"Id\" TYPE=\"uint8\"><QUALIFIER "
-      "NAME=\"Description\" TYPE=\"string\"><VALUE>id</VALUE></QUALIFIER><VALUE>1</VALUE>"
-      "</PROPERTY><METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>";
+      "NAME=\"Description\" TYPE=\"string\"><VALUE>id</VALUE></QUALIFIER><QUALIFIER "
+      "NAME=\"Key\" TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER>"
+      "<VALUE>1</VALUE></PROPERTY><METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>";
+  const std::string key = "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>";
   const auto sub = [](const std::string &members) {
     return "<CLASS NAME=\"Sub\" SUPERCLASS=\"Base\">" + members + "</CLASS>";
   };
@@ -84,7 +87,14 @@ TEST_F(ClassStatesTest, FullGrammarTakesPropagatedMembersAsInherited) {
                "class's own"),
            Err("Propagated method Stop of class Sub is not in the superclass: it is read as the "
                "class's own")},
-          "class Sub : Base { uint8 Size; uint32 Stop(); };"}},
+          "class Sub : Base { uint8 Size; uint32 Stop(); };"},
+         // A qualifier that is not overridable may be restated, not changed.
+         {Objects({sub("<PROPERTY NAME=\"Id\" TYPE=\"uint8\">" + key +
+                       "false</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME=\"Size\" "
+                       "TYPE=\"uint8\">" +
+                       key + "true</VALUE></QUALIFIER></PROPERTY>")}),
+          {Err("Qualifier Key is not overridable: the inherited value is kept")},
+          "class Sub : Base { uint8 Id; [Key] uint8 Size; };"}},
         {Objects({base})}, [this](const std::string &xml) { return ParseFull(xml); });
 }
 
