@@ -239,7 +239,9 @@ void TCIMXMLParser::AppendXmlText(std::string &to, const char *data, std::size_t
 }
 
 // The tokenizer checked every reference of an attribute value; only their
-// meaning is left to read.
+// meaning is left to read. As XML 1.0 normalizes attribute values, a line
+// end, line feed or tab written as itself is a space; written as a
+// character reference it stays.
 void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
   static const std::pair<const char *, char> kNamed[] = {
       {"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"apos;", '\''}, {"quot;", '"'}};
@@ -247,14 +249,22 @@ void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
     const std::string &raw = attribute.second;
     bool clean = true;
     for (char c : raw)
-      clean = clean && c != '&' &&
-              (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n' || c == '\r');
+      clean = clean && c != '&' && static_cast<unsigned char>(c) >= 0x20;
     if (clean)
       continue;
     std::string value;
+    std::string literal;
     for (std::size_t at = 0; at < raw.size();) {
       const std::size_t amp = raw.find('&', at);
-      AppendXmlText(value, raw.data() + at, (amp == std::string::npos ? raw.size() : amp) - at);
+      const std::size_t literalEnd = amp == std::string::npos ? raw.size() : amp;
+      literal.assign(raw, at, literalEnd - at);
+      for (std::size_t i = 0; i < literal.size(); ++i)
+        if (literal[i] == '\r' && i + 1 < literal.size() && literal[i + 1] == '\n')
+          literal.erase(i, 1);
+      for (char &c : literal)
+        if (c == '\t' || c == '\n' || c == '\r')
+          c = ' ';
+      AppendXmlText(value, literal.data(), literal.size());
       if (amp == std::string::npos)
         break;
       const std::size_t semicolon = raw.find(';', amp);

@@ -711,12 +711,30 @@ bool TXmlParser::ParseCDataSection(bool &ended) {
     return false;
   }
   cursor = close + 3;
-  if (close != content) {
-    TByteRestorer restore(close, *close);
-    *close = '\0';
-    characters(content, static_cast<unsigned>(close - content));
-  }
+  EmitText(content, close);
   return true;
+}
+
+void TXmlParser::EmitText(char *run, char *end) {
+  static const char kLineFeed[] = "\n";
+  while (run != end) {
+    char *lineEnd =
+        caches->xmlCharacters
+            ? static_cast<char *>(std::memchr(run, '\r', static_cast<std::size_t>(end - run)))
+            : nullptr;
+    char *stop = lineEnd != nullptr ? lineEnd : end;
+    if (stop != run) {
+      TByteRestorer restore(stop, *stop);
+      *stop = '\0';
+      characters(run, static_cast<unsigned>(stop - run));
+    }
+    if (lineEnd == nullptr)
+      return;
+    characters(kLineFeed, 1);
+    run = lineEnd + 1;
+    if (run != end && *run == '\n')
+      ++run;
+  }
 }
 
 // Text arrives in pieces: each run between markup and references, and each
@@ -732,9 +750,7 @@ bool TXmlParser::ParseCharData() {
     char *end = SkipText(run);
     if (end != run) {
       cursor = end;
-      TByteRestorer restore(end, *end);
-      *end = '\0';
-      characters(run, static_cast<unsigned>(end - run));
+      EmitText(run, end);
       reported = true;
     }
     if (*cursor != '&')

@@ -108,6 +108,9 @@ private:
   /// to characters as they are. False when it is not one (the cursor then
   /// stays) or it never ends (reported).
   bool ParseCDataSection(bool &ended);
+  /// Hands [run, end) to characters. With XML characters on, each line end
+  /// (CR LF, or CR alone) is handed as one LF, as XML 1.0 reads them.
+  void EmitText(char *run, char *end);
   bool ParseProcessingInstruction();
   bool ParseElement();
 

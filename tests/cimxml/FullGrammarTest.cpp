@@ -278,6 +278,14 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        {Err("Character reference to U+0001 is not an XML character"),
         Err("Character U+0002 is not an XML character")}},
       {response("<VALUE><![CDATA[<a>&x]]></VALUE>"), {"O3 X () -> \"<a>&x\"", "M2 7 ops 1"}, {}},
+      // Line ends become line feeds, in attributes spaces; references stay.
+      {response("<VALUE>a\r\nb\rc&#13;<![CDATA[d\r\n]]></VALUE>"),
+       {"O3 X () -> \"a\\nb\\nc\\rd\\n\"", "M2 7 ops 1"},
+       {}},
+      {Message("<SIMPLERSP><IMETHODRESPONSE NAME=\"X\"><ERROR CODE=\"1\" DESCRIPTION=\"a\r\nb\t"
+               "c&#10;\"/></IMETHODRESPONSE></SIMPLERSP>"),
+       {"O3 X () ! 1 a b c\n x0", "M2 7 ops 1"},
+       {}},
       {"<CLASSNAME NAME=\"A&amp;B&#0;&#x41;\"/>",
        {"CP:@A&BA"},
        {Err("Character reference &#0; is not an XML character")}},
