@@ -376,14 +376,14 @@ boost::shared_ptr<ICIMMethod> TCIMClass::AddMethod(const std::string &methodName
   return method;
 }
 
-std::string TCIMClass::ToMOF(const TCIMOptions &) {
+std::string TCIMClass::ToMOF(const TCIMOptions &options) {
   // Left out with a class whose name cannot be written: its subclasses,
   // which name it as their superclass.
   if (!MofNamesValid("class", name,
                      superClassName.empty() ? std::vector<const std::string *>()
                                             : std::vector<const std::string *>{&superClassName}))
     return std::string();
-  std::string text = MofQualifierPrefix(qualifiers.Own());
+  std::string text = MofQualifierPrefix(qualifiers.Own(), options);
   if (!text.empty())
     text.back() = '\n'; // the class's qualifiers stand on a line of their own
   text += "class " + name;
@@ -391,9 +391,9 @@ std::string TCIMClass::ToMOF(const TCIMOptions &) {
     text += " : " + superClassName;
   text += " {\n";
   for (const auto &property : localProperties.Items())
-    AppendMember(text, property->ToMOF());
+    AppendMember(text, property->ToMOF(options));
   for (const auto &method : localMethods.Items())
-    AppendMember(text, method->ToMOF());
+    AppendMember(text, method->ToMOF(options));
   return text + "};";
 }
 

@@ -29,13 +29,13 @@ bool TCIMParameter::IsCommitted(const TCIMOptions &) {
   return committed;
 }
 
-std::string TCIMParameter::ToMOF(const TCIMOptions &) {
+std::string TCIMParameter::ToMOF(const TCIMOptions &options) {
   std::vector<const std::string *> others;
   if (!referenceClass.empty())
     others.push_back(&referenceClass);
   if (!MofNamesValid("parameter", name, others))
     return std::string();
-  std::string text = MofQualifierPrefix(qualifiers.Own());
+  std::string text = MofQualifierPrefix(qualifiers.Own(), options);
   if (type.GetElementType() == kCIMTypeReference) {
     text += referenceClass.empty() ? std::string("object") : referenceClass;
     return text + " REF " + name + MofArraySuffix(type, arraySize);
@@ -139,7 +139,7 @@ const std::string &TCIMMethod::GetClassOrigin(const TCIMOptions &) {
   return classOrigin;
 }
 
-std::string TCIMMethod::ToMOF(const TCIMOptions &) {
+std::string TCIMMethod::ToMOF(const TCIMOptions &options) {
   // A parameter left out would change the method's signature: the whole
   // method is left out instead.
   std::vector<const std::string *> parameterNames;
@@ -148,13 +148,13 @@ std::string TCIMMethod::ToMOF(const TCIMOptions &) {
   if (!MofNamesValid("method", name, parameterNames))
     return std::string();
   std::string text =
-      MofQualifierPrefix(qualifiers.Own()) + MofTypeName(returnType) + " " + name + "(";
+      MofQualifierPrefix(qualifiers.Own(), options) + MofTypeName(returnType) + " " + name + "(";
   bool first = true;
   for (const auto &parameter : parameters.Items()) {
     if (!first)
       text += ", ";
     first = false;
-    text += parameter->ToMOF();
+    text += parameter->ToMOF(options);
   }
   return text + ");";
 }

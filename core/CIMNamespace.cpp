@@ -373,7 +373,7 @@ std::vector<std::string> TCIMNamespace::GetSubclassNames(const std::string &clas
   return names;
 }
 
-std::string TCIMNamespace::ToMOF(const TCIMOptions &) {
+std::string TCIMNamespace::ToMOF(const TCIMOptions &options) {
   std::string text;
   auto append = [&text](const std::string &mof) {
     if (mof.empty())
@@ -386,7 +386,7 @@ std::string TCIMNamespace::ToMOF(const TCIMOptions &) {
   for (const auto &declaration : qualifierDecls.Items())
     append(declaration->ToMOF());
   for (const auto &entry : classOrder)
-    append(entry.second->ToMOF());
+    append(entry.second->ToMOF(options));
   for (const auto &entry : instanceOrder)
     append(entry.second->ToMOF());
   return text;

@@ -2,6 +2,7 @@
 
 #include "core/Mof.h"
 #include "core/ReleaseChain.h"
+#include "core_api/ORVStatusCode.h"
 
 #include <utility>
 
@@ -37,6 +38,12 @@ bool TCIMPropertyDecl::IsKey(const TCIMOptions &) {
 void TCIMPropertyDecl::Commit(const TCIMOptions &) {
   committed = true;
 }
+void TCIMPropertyDecl::SetReferenceClassName(const std::string &className, const TCIMOptions &) {
+  if (committed)
+    throw TORVException(TORVStatusCode(kORVStatusAlreadyCommitted));
+  referenceClassName = className.empty() ? nullptr : std::make_unique<std::string>(className);
+}
+
 bool TCIMPropertyDecl::IsCommitted(const TCIMOptions &) {
   return committed;
 }
@@ -59,6 +66,8 @@ std::string TCIMPropertyDecl::GetReferenceClassName(const TCIMOptions &) {
     // it points to, which is the reference's class or one derived from it.
     if (!own.IsNull() && !own.IsArray())
       return own.GetReference().GetClassName();
+    if (declaration->referenceClassName)
+      return *declaration->referenceClassName;
     if (!declaration->overridden)
       return std::string();
     auto *next = dynamic_cast<TCIMPropertyDecl *>(declaration->overridden.get());
@@ -105,7 +114,7 @@ void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) 
   value = type == kCIMTypeNone ? TCIMValue() : TCIMValue(type, 0);
 }
 
-std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &) {
+std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &options) {
   const TCIMType type = GetType();
   const bool reference = type.GetElementType() == kCIMTypeReference;
   const std::string referenceClass = reference ? GetReferenceClassName() : std::string();
@@ -113,7 +122,7 @@ std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &) {
                      referenceClass.empty() ? std::vector<const std::string *>()
                                             : std::vector<const std::string *>{&referenceClass}))
     return std::string();
-  std::string text = MofQualifierPrefix(qualifiers.Own());
+  std::string text = MofQualifierPrefix(qualifiers.Own(), options);
   if (reference) {
     text += (referenceClass.empty() ? std::string("object") : referenceClass) + " REF " + name;
   } else {

@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <memory>
 #include <string>
 
 namespace NVRNORV20 {
@@ -49,12 +50,17 @@ public:
   /// with the own qualifiers only. A reference whose class is not known is
   /// written as an "object REF".
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
+  void SetReferenceClassName(const std::string &className,
+                             const TCIMOptions &options = TCIMOptions()) override;
 
 private:
   std::string name;
   std::string classOrigin;
   TCIMValue value;
   boost::shared_ptr<ICIMPropertyDecl> overridden;
+  /// Only a reference whose class is not loaded names it here: most
+  /// properties never need the room.
+  std::unique_ptr<std::string> referenceClassName;
   bool committed = false;
 };
 

@@ -1,6 +1,7 @@
 #include "core/CIMQualifier.h"
 
 #include "core/Mof.h"
+#include "core_api/Logger.h"
 #include "core_api/ORVStatusCode.h"
 
 #include <boost/make_shared.hpp>
@@ -130,16 +131,42 @@ void TCIMQualifier::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
   value = FitValue(newValue, declaration ? declaration->GetType() : TCIMType());
 }
 
-std::string TCIMQualifier::ToMOF(const TCIMOptions &) {
+std::string TCIMQualifier::ToMOF(const TCIMOptions &options) {
   if (!MofNamesValid("qualifier", GetName()))
     return std::string();
+  std::string text;
   if (value.GetType() == kCIMTypeBoolean && !value.IsNull() && value.GetBoolean())
-    return GetName();
+    text = GetName();
   // An array value is written as an array initializer, which MOF places
   // after the name without parentheses.
-  if (value.IsArray() && !value.IsNull())
-    return GetName() + " " + value.ToMOF();
-  return GetName() + "(" + value.ToMOF() + ")";
+  else if (value.IsArray() && !value.IsNull())
+    text = GetName() + " " + value.ToMOF();
+  else
+    text = GetName() + "(" + value.ToMOF() + ")";
+  return MofWritesFlavors(options) ? text + FlavorsMOF() : text;
+}
+
+std::string TCIMQualifier::FlavorsMOF() {
+  if (!declaration)
+    return std::string();
+  const std::uint32_t declared = declaration->GetFlavor();
+  const std::uint32_t added = flavor & ~declared;
+  const std::uint32_t removed = declared & ~flavor;
+  std::string text;
+  const auto write = [&text](bool condition, const char *keyword) {
+    if (condition)
+      text += std::string(text.empty() ? " :" : "") + " " + keyword;
+  };
+  write((added & ICIMQualifierDecl::kFlavorOverridable) != 0, "EnableOverride");
+  write((removed & ICIMQualifierDecl::kFlavorOverridable) != 0, "DisableOverride");
+  write((added & ICIMQualifierDecl::kFlavorToSubclass) != 0, "ToSubclass");
+  write((removed & ICIMQualifierDecl::kFlavorToSubclass) != 0, "Restricted");
+  write((added & ICIMQualifierDecl::kFlavorTranslatable) != 0, "Translatable");
+  if ((removed & ICIMQualifierDecl::kFlavorTranslatable) != 0)
+    TRootObject::Log(3, "MOF: qualifier " + GetName() +
+                            " is not translatable, though its declaration is: MOF has no flavor "
+                            "that says so");
+  return text;
 }
 
 TCIMValue TCIMQualifier::GetValue(const TCIMOptions &) {

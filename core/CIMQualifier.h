@@ -68,6 +68,8 @@ public:
   bool IsPropagated(const TCIMOptions &options = TCIMOptions()) override;
   /// Fitted to the declaration like the value given at creation.
   void SetValue(const TCIMValue &newValue, const TCIMOptions &options = TCIMOptions()) override;
+  /// With kMofFlavorsOption, the flavors that differ from the
+  /// declaration's follow the value.
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
   TCIMValue GetValue(const TCIMOptions &options = TCIMOptions()) override;
 
@@ -81,6 +83,11 @@ public:
   static TCIMValue FitValue(const TCIMValue &value, TCIMType declared);
 
 private:
+  /// " : Flavor ..." for the flavors that differ from the declaration's.
+  /// A translatable declaration's qualifier that is not translatable has no
+  /// MOF flavor: it is a line, and left unwritten.
+  std::string FlavorsMOF();
+
   /// A qualifier is named by its declaration; only one whose name differs
   /// from its declaration's (or that has none) keeps a name of its own.
   /// Schemas hold tens of thousands of qualifiers, and a copy of the name

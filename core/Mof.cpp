@@ -90,12 +90,21 @@ std::string MofArraySuffix(TCIMType type, unsigned int arraySize) {
   return arraySize == 0 ? std::string("[]") : "[" + std::to_string(arraySize) + "]";
 }
 
-std::string MofQualifierPrefix(const std::vector<boost::shared_ptr<ICIMQualifier>> &qualifiers) {
+const char *const kMofFlavorsOption = "FLAVORS";
+
+bool MofWritesFlavors(const TCIMOptions &options) {
+  const auto found = options.find(kMofFlavorsOption);
+  return found != options.end() && found->second.GetType() == kCIMTypeBoolean &&
+         !found->second.IsNull() && found->second.GetBoolean();
+}
+
+std::string MofQualifierPrefix(const std::vector<boost::shared_ptr<ICIMQualifier>> &qualifiers,
+                               const TCIMOptions &options) {
   std::string text;
   for (const auto &qualifier : qualifiers) {
     if (qualifier->IsPropagated())
       continue;
-    const std::string mof = qualifier->ToMOF();
+    const std::string mof = qualifier->ToMOF(options);
     if (mof.empty())
       continue;
     text += text.empty() ? "[" : ", ";

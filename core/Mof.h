@@ -44,8 +44,16 @@ std::string MofArraySuffix(TCIMType type, unsigned int arraySize);
 /// "[Key, Description(\"x\")] " for the qualifiers given, "" for none.
 /// Qualifiers marked propagated are left out: MOF shows what an element
 /// declares itself. So is a qualifier whose ToMOF is empty (its name
-/// cannot be written).
-std::string MofQualifierPrefix(const std::vector<boost::shared_ptr<ICIMQualifier>> &qualifiers);
+/// cannot be written). The options go to each qualifier's ToMOF.
+std::string MofQualifierPrefix(const std::vector<boost::shared_ptr<ICIMQualifier>> &qualifiers,
+                               const TCIMOptions &options);
+
+/// The option that makes ToMOF write each qualifier's flavors where they
+/// differ from its declaration's (" : DisableOverride Restricted"), as a
+/// MOF compiler needs them to give the same flavors back.
+extern const char *const kMofFlavorsOption;
+/// Whether options hold kMofFlavorsOption set to true.
+bool MofWritesFlavors(const TCIMOptions &options);
 
 /// "Scope(class, property)" or "Scope(any)"; "" for an empty scope.
 std::string MofScope(std::uint32_t scope);

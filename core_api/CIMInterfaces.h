@@ -1,8 +1,10 @@
 // The object model's interfaces: namespaces, classes, instances, property
 // and qualifier declarations, qualifiers, methods and parameters.
 //
-// Every operation takes an options map as its last argument; no operation of
-// this implementation reads it yet. Names of classes, properties, methods,
+// Every operation takes an options map as its last argument. Those that read
+// one say so: every ToMOF takes "FLAVORS" (boolean true) to write each
+// qualifier's flavors where they differ from its declaration's, as a MOF
+// compiler needs them to give the same flavors back. Names of classes, properties, methods,
 // parameters and qualifiers are matched without regard to ASCII letter case
 // and keep the case in which they were declared.
 //
@@ -150,6 +152,12 @@ public:
   /// the type the declaration has (or inherits) and makes the default null.
   virtual void SetValue(const TCIMValue &value, const TCIMOptions &options = TCIMOptions()) = 0;
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;
+  /// Names the class of a reference property whose default points to no
+  /// class, as when that class is not loaded: GetReferenceClassName then
+  /// gives it. Only before Commit; afterwards it throws
+  /// kORVStatusAlreadyCommitted.
+  virtual void SetReferenceClassName(const std::string &className,
+                                     const TCIMOptions &options = TCIMOptions()) = 0;
 };
 
 /// A property of an instance: its declaration as the instance sees it, and

@@ -23,7 +23,9 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -283,12 +285,15 @@ std::string PathText(const TCIMXMLPath &path) {
 }
 
 /// The object's MOF, a path's as a comment; "" for one MOF cannot write.
+/// A class's qualifiers carry the flavors that differ from their
+/// declarations', which the full grammar reads as the document states them.
 std::string ObjectMOF(const TCIMXMLObject &object) {
+  const TCIMOptions withFlavors{{"FLAVORS", TCIMValue(true)}};
   switch (object.kind) {
   case TCIMXMLObject::EKind::kQualifierDecl:
     return object.qualifierDecl ? object.qualifierDecl->ToMOF() : std::string();
   case TCIMXMLObject::EKind::kClass:
-    return object.cimClass ? object.cimClass->ToMOF() : std::string();
+    return object.cimClass ? object.cimClass->ToMOF(withFlavors) : std::string();
   case TCIMXMLObject::EKind::kInstance:
     return object.instance ? object.instance->ToMOF() : std::string();
   case TCIMXMLObject::EKind::kClassPath:
@@ -298,12 +303,87 @@ std::string ObjectMOF(const TCIMXMLObject &object) {
   return std::string();
 }
 
+/// The name with ASCII letters in lower case: class names match in any case.
+std::string Folded(std::string name) {
+  for (char &c : name)
+    if (c >= 'A' && c <= 'Z')
+      c = static_cast<char>(c - 'A' + 'a');
+  return name;
+}
+
+/// The names of the classes a class's MOF names besides its own: its
+/// superclass, the classes its references and reference parameters point
+/// to, and those of its EmbeddedInstance qualifiers.
+std::vector<std::string> NamedClasses(ICIMClass &cls) {
+  std::vector<std::string> names{cls.GetSuperClassName()};
+  const auto embedded = [&names](ICIMQualifiedObject &element) {
+    const TCIMValue value = element.GetQualifier("EmbeddedInstance")->GetValue();
+    if (!value.IsNull() && value.GetType() == kCIMTypeString)
+      names.push_back(value.GetString());
+  };
+  for (const auto &property : cls.GetLocalProperties()) {
+    names.push_back(property->GetReferenceClassName());
+    embedded(*property);
+  }
+  for (const auto &method : cls.GetLocalMethods()) {
+    embedded(*method);
+    for (const auto &parameter : method->GetParameters()) {
+      names.push_back(parameter->GetReferenceClassName());
+      embedded(*parameter);
+    }
+  }
+  return names;
+}
+
+/// The objects in document order, except that a class comes after the
+/// classes of the same result that it names: a MOF compiler reads a class
+/// only when those are defined. Classes that name one another keep their
+/// document order.
+std::vector<const TCIMXMLObject *> DefinitionOrder(const TCIMXMLResult &result) {
+  std::map<std::string, const TCIMXMLObject *> classes;
+  for (const TCIMXMLObject &object : result.GetObjects())
+    if (object.kind == TCIMXMLObject::EKind::kClass && object.cimClass)
+      classes.emplace(Folded(object.cimClass->GetName()), &object);
+  std::vector<const TCIMXMLObject *> order;
+  std::set<const TCIMXMLObject *> placed;
+  std::set<const TCIMXMLObject *> open;
+  // Depth first over the classes named, with an explicit stack: a chain of
+  // superclasses may be as long as the document allows.
+  const auto place = [&](const TCIMXMLObject *first) {
+    std::vector<std::pair<const TCIMXMLObject *, std::vector<std::string>>> stack;
+    const auto enter = [&](const TCIMXMLObject *object) {
+      open.insert(object);
+      stack.emplace_back(object, object->cimClass ? NamedClasses(*object->cimClass)
+                                                  : std::vector<std::string>());
+    };
+    enter(first);
+    while (!stack.empty()) {
+      std::vector<std::string> &names = stack.back().second;
+      if (names.empty()) {
+        order.push_back(stack.back().first);
+        placed.insert(stack.back().first);
+        stack.pop_back();
+        continue;
+      }
+      const auto found = classes.find(Folded(names.back()));
+      names.pop_back();
+      if (found != classes.end() && placed.count(found->second) == 0 &&
+          open.count(found->second) == 0)
+        enter(found->second);
+    }
+  };
+  for (const TCIMXMLObject &object : result.GetObjects())
+    if (placed.count(&object) == 0)
+      place(&object);
+  return order;
+}
+
 /// Objects apart by blank lines, each ending its line, as a namespace's MOF
 /// sets them.
 std::string ObjectsMOF(const TCIMXMLResult &result) {
   std::string text;
-  for (const TCIMXMLObject &object : result.GetObjects()) {
-    const std::string mof = ObjectMOF(object);
+  for (const TCIMXMLObject *object : DefinitionOrder(result)) {
+    const std::string mof = ObjectMOF(*object);
     if (mof.empty())
       continue;
     text += (text.empty() ? "" : "\n") + mof + "\n";

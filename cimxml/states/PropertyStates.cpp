@@ -90,6 +90,10 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
       !value.GetReferencedClass())
     value.SetReferencedClass(FindClass(parser, property.referenceClass));
   Require(declaration).SetValue(value);
+  // A class named but not loaded, or defined further on, keeps its name.
+  if (IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
+      declaration->GetReferenceClassName().empty())
+    declaration->SetReferenceClassName(property.referenceClass);
   declaration->Commit();
   if (IsFull(parser) && property.propagated && TakesPropagated(parser, *cls))
     TakePropagated(parser, *cls, false, property.name, property.classOrigin);

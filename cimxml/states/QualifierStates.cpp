@@ -5,11 +5,30 @@
 
 namespace NVRNORV20 {
 
+namespace {
+
+std::uint32_t FlavorBit(const std::string &attribute) {
+  if (attribute == "overridable")
+    return ICIMQualifierDecl::kFlavorOverridable;
+  if (attribute == "tosubclass")
+    return ICIMQualifierDecl::kFlavorToSubclass;
+  if (attribute == "translatable")
+    return ICIMQualifierDecl::kFlavorTranslatable;
+  return 0;
+}
+
+} // namespace
+
 void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
-  for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-    parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
-        parser.HandlePropagated(attribute, propagated) ||
-        parser.HandleQualifierFlavor(attribute, &flavor);
+  for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
+    if (parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
+        parser.HandlePropagated(attribute, propagated))
+      continue;
+    // The full grammar takes the flavors that the element does not state
+    // from the declaration.
+    if (parser.HandleQualifierFlavor(attribute, &flavor))
+      flavorGiven |= FlavorBit(attribute->first);
+  }
 }
 
 void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser, const std::string &name,
@@ -45,6 +64,9 @@ void TCIMXMLParser::TStateQualifier::ElementEnd(TCIMXMLParser &parser, const std
   if ((!propagated || KeepPropagated(parser)) && declaration) {
     if (!valueSeen)
       value = TCIMValue(declaration->GetType(), 0);
+    if (IsFull(parser))
+      flavor = static_cast<ICIMQualifierDecl::EFlavor>((declaration->GetFlavor() & ~flavorGiven) |
+                                                       (flavor & flavorGiven));
     if (OverridesFixed()) {
       Report(parser,
              "Qualifier " + qualifierName + " is not overridable: the inherited value is kept");

@@ -6,6 +6,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <string>
 
 namespace NVRNORV20 {
@@ -59,6 +60,8 @@ private:
   TCIMType type;
   bool propagated = false;
   ICIMQualifierDecl::EFlavor flavor = ICIMQualifierDecl::kFlavorDefault;
+  /// The flavor bits that the element's attributes state.
+  std::uint32_t flavorGiven = 0;
 };
 
 } // namespace NVRNORV20

@@ -49,7 +49,7 @@ protected:
     if (object.cimClass) {
       text += object.cimClass->GetName();
       for (const auto &qualifier : object.cimClass->GetQualifiers())
-        text += "(" + qualifier->GetName() + ")";
+        text += "(" + qualifier->GetName() + "/" + std::to_string(qualifier->GetFlavor()) + ")";
     }
     if (object.instance)
       text += Squeezed(object.instance->ToMOF());
@@ -125,7 +125,7 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                    "<PARAMETER.REFERENCE NAME=\"Q\"/><PARAMETER.ARRAY NAME=\"S\" TYPE=\"uint8\"/>"
                    "<PARAMETER.REFARRAY NAME=\"T\"/></METHOD></CLASS></VALUE.OBJECT>"),
        {"Q:Qualifier Units : string[], Scope(property), Flavor(EnableOverride, ToSubclass);",
-        "C:X_Disk(Description)"},
+        "C:X_Disk(Description/7)"},
        {}},
       // Named objects with remote paths, hosts and key bindings.
       {"<CIM><DECLARATION><DECLGROUP.WITHNAME>" + kRemote + "<VALUE.NAMEDOBJECT>" + kName +
@@ -298,10 +298,17 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        "<KEYVALUE>2</KEYVALUE></KEYBINDING></INSTANCENAME>",
        {"IP:@X_Disk.Id=\"1\""},
        {Err("Unexpected element keyvalue")}},
+      // Flavors the element states override the declaration's; the others
+      // are the declaration's (Description is translatable).
+      {"<CLASS NAME=\"X_A\"><QUALIFIER NAME=\"Description\" TYPE=\"string\" "
+       "TRANSLATABLE=\"false\" TOSUBCLASS=\"false\"/><QUALIFIER NAME=\"Abstract\" "
+       "TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER></CLASS>",
+       {"C:X_A(Description/1)(Abstract/2)"},
+       {}},
       // A propagated qualifier is kept where no superclass can give it.
       {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"><QUALIFIER NAME=\"Description\" "
        "TYPE=\"string\" PROPAGATED=\"true\"><VALUE>d</VALUE></QUALIFIER></CLASS>",
-       {"C:X_Sub(Description)"},
+       {"C:X_Sub(Description/7)"},
        {Err("Superclass X_Base of class X_Sub is not loaded: an empty class stands in for it")}},
   };
   for (const TFullCase &c : cases) {

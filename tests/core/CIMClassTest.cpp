@@ -106,6 +106,11 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
   job->Commit();
   EXPECT_EQ(job->ToMOF() + job->GetReferenceClassName(), "CIM_Job REF Jobs[2]CIM_Job");
   EXPECT_EQ(job->GetArraySize(), 2U);
+  // So does a reference property whose class is not loaded.
+  auto owner = derived->AddProperty("Owner", TCIMValue(TCIMType(kCIMTypeReference), 0));
+  owner->SetReferenceClassName("CIM_Owner");
+  owner->Commit();
+  EXPECT_EQ(owner->ToMOF(), "CIM_Owner REF Owner;");
   const auto qualifier = [&](const char *name, const TCIMValue &value) {
     return base->CreateQualifier(ns->GetQualifierDecl(name), value, D::kFlavorDefault);
   };
@@ -119,6 +124,7 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
       {[&] { method->GetParameter("Other"); }, kORVStatusNoSuchParameter},
       {[&] { job->SetReferenceClassName("CIM_Other"); }, kORVStatusAlreadyCommitted},
       {[&] { job->SetArraySize(3); }, kORVStatusAlreadyCommitted},
+      {[&] { owner->SetReferenceClassName("CIM_Other"); }, kORVStatusAlreadyCommitted},
       {[&] { base->AddProperty("Late", TCIMValue()); }, kORVStatusAlreadyCommitted},
       {[&] { base->RemoveProperty("Inherited"); }, kORVStatusAlreadyCommitted},
       {[&] { base->Commit(); }, kORVStatusAlreadyCommitted},
@@ -144,6 +150,30 @@ TEST_F(CIMClassTest, MembersAreFoundInAnyCaseTypedAndEditedOnlyWhereTheyMay) {
             std::uint32_t{D::kScopeAny} + D::kFlavorDefault);
   EXPECT_TRUE(declaration->GetDefaultValue().IsNull() && !declaration->IsArray() &&
               declaration->IsCommitted() && declaration->GetType() == kCIMTypeString);
+}
+
+// With "FLAVORS", MOF writes each qualifier's flavors where they differ from
+// its declaration's; what no MOF flavor says is a line.
+TEST_F(CIMClassTest, MofWritesFlavorsThatDifferFromTheDeclarationsWhenAsked) {
+  TCapturingLogger logger;
+  ns->CreateQualifierDecl("Caption", TCIMValue(TCIMType(kCIMTypeString), 0), D::kScopeAny,
+                          D::kFlavorDefault | D::kFlavorTranslatable)
+      ->Commit();
+  auto cls = Class("C");
+  Qualify(*cls, "Abstract", TCIMValue(true), D::kFlavorOverridable | D::kFlavorToSubclass);
+  Qualify(*cls, "Description", TCIMValue("d"), D::kFlavorTranslatable);
+  Qualify(*cls, "Caption", TCIMValue("c"));
+  Property(*cls, "Id", Uint32(1), true);
+  cls->Commit();
+  EXPECT_EQ(cls->ToMOF({{"FLAVORS", TCIMValue(true)}}),
+            "[Abstract : EnableOverride ToSubclass, Description(\"d\") : DisableOverride "
+            "Restricted Translatable, Caption(\"c\")]\nclass C {\n    [Key] uint32 Id = 1;\n};");
+  EXPECT_EQ(logger.Texts(), std::vector<std::string>{"MOF: qualifier Caption is not "
+                                                     "translatable, though its declaration is: "
+                                                     "MOF has no flavor that says so"});
+  EXPECT_EQ(
+      cls->ToMOF(),
+      "[Abstract, Description(\"d\"), Caption(\"c\")]\nclass C {\n    [Key] uint32 Id = 1;\n};");
 }
 
 // What MOF cannot spell never reaches it as it is: a name that is not a CIM

@@ -159,6 +159,15 @@ TEST_F(CimxmlToolTest, FullGrammar) {
   const std::string message = examples + "message.xml", request = examples + "request.xml",
                     response = examples + "response.xml", indication = examples + "indication.xml";
   const std::string missing = scratch.PathOf("missing.xml");
+  // A class that names another comes after it; flavors that differ from the
+  // declaration's are written.
+  const std::string ordered = scratch.Write(
+      "ordered.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
+                     "<VALUE.OBJECT><CLASS NAME=\"B\"><QUALIFIER NAME=\"Abstract\" "
+                     "TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER>"
+                     "<PROPERTY.REFERENCE NAME=\"r\" REFERENCECLASS=\"A\"/></CLASS>"
+                     "</VALUE.OBJECT><VALUE.OBJECT><CLASS NAME=\"A\"/></VALUE.OBJECT>"
+                     "</DECLGROUP></DECLARATION></CIM>");
   const std::string disk =
       "//alpha.example.com/root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\"\n";
   const std::string answers = "IMETHODRESPONSE EnumerateInstances () return 1 objects\n"
@@ -205,6 +214,11 @@ TEST_F(CimxmlToolTest, FullGrammar) {
                "instance of ORV_JobProgress {\n    JobID = \"ORV:format:usb1\";\n    "
                "PercentComplete = 80;\n};\nEXPMETHODCALL ExportIndication (NewIndication=1 "
                "objects) correlator Subscription=\"jobs\"\n",
+           ""},
+          {{"--mof", ordered},
+           0,
+           Read(ordered, 0, 2, 0, 0, 0) +
+               "class A {\n};\n\n[Abstract : DisableOverride]\nclass B {\n    A REF r;\n};\n",
            ""},
           // A schema or file that fails is reported, and the others are read.
           {{"--quiet", "--schema", missing, message + "z", indication},
