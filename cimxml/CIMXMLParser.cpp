@@ -666,6 +666,69 @@ void TCIMXMLParser::TParseState::Report(TCIMXMLParser &parser, const std::string
   LogParseError("CIM-XML Parser line " + std::to_string(parser.GetCurLine()) + ":" + message);
 }
 
+namespace {
+
+/// How deep the embedded objects now being read are nested, in this thread.
+thread_local unsigned embeddingDepth = 0;
+
+struct TEmbeddingLevel {
+  TEmbeddingLevel() { ++embeddingDepth; }
+  ~TEmbeddingLevel() { --embeddingDepth; }
+  TEmbeddingLevel(const TEmbeddingLevel &) = delete;
+  TEmbeddingLevel &operator=(const TEmbeddingLevel &) = delete;
+};
+
+} // namespace
+
+void TCIMXMLParser::TParseState::ReadEmbedded(TCIMXMLParser &parser, TCIMValue &value,
+                                              const std::string &what) {
+  if (value.IsNull() || value.GetType().GetElementType() != kCIMTypeString)
+    return;
+  if (embeddingDepth >= kMaxEmbedding) {
+    Report(parser, what + ": embedded objects nested more than " + std::to_string(kMaxEmbedding) +
+                       " deep are kept as text");
+    return;
+  }
+  const TEmbeddingLevel level;
+  const auto readOne = [&](TCIMValue &text) {
+    if (text.IsNull())
+      return;
+    std::vector<char> buffer(text.GetString().begin(), text.GetString().end());
+    buffer.push_back('\0');
+    TCIMXMLParser inner(Namespace(parser));
+    inner.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly});
+    TCIMXMLResult result;
+    inner.SetHandler(&result);
+    try {
+      inner.Parse(buffer.data());
+    } catch (TORVException &) {
+      // Logged by the inner parse; what it handed over before counts.
+    }
+    const std::vector<TCIMXMLObject> &objects = result.GetObjects();
+    if (objects.size() == 1 && objects.front().instance)
+      text.SetEmbeddedObject(objects.front().instance);
+    else if (objects.size() == 1 && objects.front().cimClass)
+      text.SetEmbeddedObject(objects.front().cimClass);
+    else
+      Report(parser, what + " holds no embedded INSTANCE or CLASS: it stays text");
+  };
+  if (!value.IsArray()) {
+    readOne(value);
+    return;
+  }
+  std::vector<TCIMValue> elements = value.GetElements();
+  for (TCIMValue &element : elements)
+    readOne(element);
+  value.Set(value.GetType(), value.GetCount(), elements);
+}
+
+bool TCIMXMLParser::TParseState::DeclaresEmbedded(ICIMQualifiedObject &declaration) {
+  const TCIMValue object = declaration.GetQualifier("EmbeddedObject")->GetValue();
+  if (!object.IsNull() && object.GetType() == kCIMTypeBoolean && object.GetBoolean())
+    return true;
+  return !declaration.GetQualifier("EmbeddedInstance")->GetValue().IsNull();
+}
+
 void TCIMXMLParser::TParseState::ThrowMissingObject() {
   throw TORVException(TORVStatusCode(kORVStatusNullObject));
 }

@@ -457,6 +457,18 @@ protected:
   /// Logs "CIM-XML Parser line N:" + message without ending the element:
   /// what the full grammar reports and reads on after.
   static void Report(TCIMXMLParser &parser, const std::string &message);
+  /// The full grammar's embedded objects: reads each string of value (a
+  /// scalar or each element of an array) as the CIM-XML of one INSTANCE or
+  /// CLASS, typed by the parser's namespace, and attaches it to the string
+  /// (TCIMValue::SetEmbeddedObject). A string that holds no such object, or
+  /// objects nested more than kMaxEmbedding deep, is a line naming what
+  /// (e.g. "Property P"), and stays text; errors inside the embedded
+  /// document are logged with their lines in its text.
+  static void ReadEmbedded(TCIMXMLParser &parser, TCIMValue &value, const std::string &what);
+  /// Whether a declaration marks its values as embedded objects: a true
+  /// EmbeddedObject or a non-null EmbeddedInstance qualifier.
+  static bool DeclaresEmbedded(ICIMQualifiedObject &declaration);
+  static constexpr unsigned kMaxEmbedding = 16;
   /// The full grammar's reading of a property or method (isMethod) that a
   /// class repeats from its superclass with PROPAGATED="true": when the
   /// superclass has the member, the class's copy is removed, so that the

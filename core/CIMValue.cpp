@@ -314,6 +314,30 @@ void TCIMValue::SetReferencedClass(boost::shared_ptr<ICIMClass> cls) {
   OwnPayload().referencedClass = cls;
 }
 
+void TCIMValue::SetEmbeddedObject(boost::shared_ptr<ICIMInstance> instance) {
+  if (type != kCIMTypeString)
+    Throw(kORVStatusTypeMismatch);
+  TPayload &own = OwnPayload();
+  own.embeddedInstance = std::move(instance);
+  own.embeddedClass.reset();
+}
+
+void TCIMValue::SetEmbeddedObject(boost::shared_ptr<ICIMClass> cls) {
+  if (type != kCIMTypeString)
+    Throw(kORVStatusTypeMismatch);
+  TPayload &own = OwnPayload();
+  own.embeddedClass = std::move(cls);
+  own.embeddedInstance.reset();
+}
+
+boost::shared_ptr<ICIMInstance> TCIMValue::GetEmbeddedInstance() const {
+  return payload ? payload->embeddedInstance : boost::shared_ptr<ICIMInstance>();
+}
+
+boost::shared_ptr<ICIMClass> TCIMValue::GetEmbeddedClass() const {
+  return payload ? payload->embeddedClass : boost::shared_ptr<ICIMClass>();
+}
+
 boost::shared_ptr<ICIMClass> TCIMValue::GetReferencedClass() const {
   if (!payload)
     return boost::shared_ptr<ICIMClass>();

@@ -22,7 +22,8 @@ namespace NVRNORV20 {
 struct TCIMValue::TPayload {
   TPayload() = default;
   TPayload(const TPayload &other)
-      : elements(other.elements), referencedClass(other.referencedClass) {
+      : elements(other.elements), referencedClass(other.referencedClass),
+        embeddedInstance(other.embeddedInstance), embeddedClass(other.embeddedClass) {
     if (other.path)
       path = std::make_unique<TCIMReference>(*other.path);
   }
@@ -46,6 +47,8 @@ struct TCIMValue::TPayload {
   std::unique_ptr<TCIMReference> path;
   std::vector<TCIMValue> elements;
   boost::weak_ptr<ICIMClass> referencedClass;
+  boost::shared_ptr<ICIMInstance> embeddedInstance;
+  boost::shared_ptr<ICIMClass> embeddedClass;
   /// The next payload on the list that a release works through; empty
   /// outside a release.
   boost::shared_ptr<TPayload> nextReleased;

@@ -1,6 +1,7 @@
 #include "core/CIMValue.h"
 
 #include "core/Mof.h"
+#include "core_api/CIMInterfaces.h"
 #include "core_api/Logger.h"
 
 #include <cmath>
@@ -121,7 +122,14 @@ void TCIMValue::AppendScalarMOF(std::string &out) const {
   }
   switch (type) {
   case kCIMTypeString:
-    AppendMOFQuoted(out, text, '"');
+    // An embedded object is written as the string of its own MOF, which a
+    // MOF compiler reads back as the object.
+    if (payload && payload->embeddedInstance)
+      AppendMOFQuoted(out, payload->embeddedInstance->ToMOF(), '"');
+    else if (payload && payload->embeddedClass)
+      AppendMOFQuoted(out, payload->embeddedClass->ToMOF(), '"');
+    else
+      AppendMOFQuoted(out, text, '"');
     break;
   case kCIMTypeChar16:
     AppendMOFQuoted(out, ToString(), '\'');

@@ -17,6 +17,7 @@
 namespace NVRNORV20 {
 
 class ICIMClass;
+class ICIMInstance;
 class ICIMNamespace;
 class TCIMReference;
 
@@ -147,6 +148,15 @@ public:
   /// its classes.
   void SetReferencedClass(boost::shared_ptr<ICIMClass> cls);
   boost::shared_ptr<ICIMClass> GetReferencedClass() const;
+  /// A scalar string that holds an embedded object (DSP0004's
+  /// EmbeddedObject and EmbeddedInstance) keeps its text and, once read,
+  /// the object, which MOF writes in its place. Another type throws
+  /// kORVStatusTypeMismatch; an empty pointer removes the object.
+  void SetEmbeddedObject(boost::shared_ptr<ICIMInstance> instance);
+  void SetEmbeddedObject(boost::shared_ptr<ICIMClass> cls);
+  /// The embedded object as SetEmbeddedObject gave it; empty otherwise.
+  boost::shared_ptr<ICIMInstance> GetEmbeddedInstance() const;
+  boost::shared_ptr<ICIMClass> GetEmbeddedClass() const;
 
   /// The value as a MOF literal: NULL, true/false, numbers, quoted and
   /// escaped strings and char16, datetimes as quoted CIM text, references as

@@ -341,6 +341,10 @@ void TCIMXMLParser::TStateIParamValue::OpenArgument(TCIMXMLParser &parser,
                                                     TAttributes &attributes) {
   argument.name = Attribute(attributes, "name");
   argument.embeddedObject = Attribute(attributes, "embeddedobject");
+  // A PARAMVALUE's PARAMTYPE may say it instead.
+  const std::string paramType = Attribute(attributes, "paramtype");
+  if (argument.embeddedObject.empty() && (paramType == "object" || paramType == "instance"))
+    argument.embeddedObject = paramType;
   argument.firstObject = ObjectsDelivered(parser);
   RoleOpen(parser) = argument.name;
 }
@@ -348,6 +352,8 @@ void TCIMXMLParser::TStateIParamValue::OpenArgument(TCIMXMLParser &parser,
 void TCIMXMLParser::TStateIParamValue::CloseArgument(TCIMXMLParser &parser,
                                                      std::vector<TCIMXMLArgument> *into) {
   if (valueSeen) {
+    if (!argument.embeddedObject.empty())
+      ReadEmbedded(parser, value, "Parameter " + argument.name);
     argument.value = value;
     argument.type = value.GetType();
   }

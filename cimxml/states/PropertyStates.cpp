@@ -13,6 +13,10 @@ bool TPropertyAttributes::Read(TCIMXMLParser &parser,
   if (parser.HandleCIMName(attribute, &name) || parser.HandleClassOrigin(attribute, &classOrigin) ||
       parser.HandlePropagated(attribute, propagated))
     return true;
+  if (attribute->first == "embeddedobject") {
+    embeddedObject = attribute->second;
+    return true;
+  }
   switch (kind) {
   case EKind::kScalar:
     return parser.HandleCIMType(attribute, &type);
@@ -89,6 +93,9 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
   if (!valueSeen && IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
       !value.GetReferencedClass())
     value.SetReferencedClass(FindClass(parser, property.referenceClass));
+  if (valueSeen && IsFull(parser) &&
+      (!property.embeddedObject.empty() || DeclaresEmbedded(Require(declaration))))
+    ReadEmbedded(parser, value, "Property " + property.name);
   Require(declaration).SetValue(value);
   // A class named but not loaded, or defined further on, keeps its name.
   if (IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
@@ -166,9 +173,20 @@ void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std:
     value = property.kind == TPropertyAttributes::EKind::kScalar
                 ? TCIMValue(DeclaredType(), 0)
                 : property.EmptyValue(*Namespace(parser));
+  if (IsFull(parser) && valueSeen && (!property.embeddedObject.empty() || DeclaredEmbedded()))
+    ReadEmbedded(parser, value, "Property " + property.name);
   if (!QN402Mode(parser) || DeclaredType() == value.GetType())
     Require(instance).SetPropertyValue(property.name, value);
   Pop(parser);
+}
+
+bool TCIMXMLParser::TStateProperty::DeclaredEmbedded() const {
+  if (!Require(instance).GetClass())
+    return false;
+  boost::shared_ptr<ICIMProperty> declared = instance->GetPropertyDecl(property.name);
+  boost::shared_ptr<ICIMPropertyDecl> declaration =
+      declared ? declared->GetPropertyDecl() : nullptr;
+  return declaration && DeclaresEmbedded(*declaration);
 }
 
 TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {

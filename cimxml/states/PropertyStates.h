@@ -39,6 +39,9 @@ public:
   unsigned arraySize = 0;
   std::string referenceClass;
   std::string classOrigin;
+  /// The EmbeddedObject attribute ("object", "instance"); read in both
+  /// grammars, used by the full one.
+  std::string embeddedObject;
   bool propagated = false;
 };
 
@@ -148,6 +151,9 @@ protected:
   /// The type of the property as the instance's class declares it. Looked
   /// up once per element: the class and the name stay for the element.
   TCIMType DeclaredType() const;
+  /// Whether the instance's class declares the property's values embedded
+  /// objects.
+  bool DeclaredEmbedded() const;
 
   boost::shared_ptr<ICIMInstance> instance;
   TPropertyAttributes property;

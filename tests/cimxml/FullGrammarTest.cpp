@@ -319,6 +319,53 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
   }
 }
 
+// A string that the EmbeddedObject attribute, PARAMTYPE or the class's
+// EmbeddedInstance qualifier marks is read as the object it holds, which MOF
+// writes in its place; what holds none stays text, with a line.
+TEST_F(FullGrammarTest, EmbeddedObjectsAreReadAsObjects) {
+  const auto escaped = [](const std::string &xml) {
+    std::string text;
+    for (char c : xml)
+      text += c == '<'   ? "&lt;"
+              : c == '>' ? "&gt;"
+              : c == '&' ? "&amp;"
+              : c == '"' ? "&quot;"
+                         : std::string(1, c);
+    return text;
+  };
+  const auto holder = [&](const std::string &inner) {
+    return "<INSTANCE CLASSNAME=\"X_Alert\"><PROPERTY NAME=\"P\" TYPE=\"string\" "
+           "EmbeddedObject=\"instance\"><VALUE>" +
+           escaped(inner) + "</VALUE></PROPERTY></INSTANCE>";
+  };
+  const std::vector<TFullCase> cases = {
+      {holder(kInstance),
+       {"I:instance of X_Alert { P = \"instance of X_Disk {\\n    Id = 7;\\n};\"; };"},
+       {}},
+      {Message("<SIMPLERSP><METHODRESPONSE NAME=\"M\"><PARAMVALUE NAME=\"E\" "
+               "PARAMTYPE=\"instance\"><VALUE.ARRAY><VALUE>" +
+               escaped(kInstance) +
+               "</VALUE><VALUE>x</VALUE></VALUE.ARRAY></PARAMVALUE></METHODRESPONSE></SIMPLERSP>"),
+       {"O4 M (E={\"instance of X_Disk {\\n    Id = 7;\\n};\", \"x\"};)", "M2 7 ops 1"},
+       {Err("Unexpected character before prolog"),
+        Err("Parameter E holds no embedded INSTANCE or CLASS: it stays text")}},
+  };
+  for (const TFullCase &c : cases) {
+    SCOPED_TRACE(c.xml);
+    Reset();
+    EXPECT_EQ(Read(c.xml), c.summary);
+    EXPECT_EQ(Log(), c.log);
+  }
+  // Objects within objects are read 16 deep; deeper ones stay text.
+  std::string nested = kInstance;
+  for (unsigned depth = 0; depth <= 16; ++depth)
+    nested = holder(nested);
+  Reset();
+  EXPECT_EQ(Read(nested).size(), 1U);
+  EXPECT_EQ(Log(), std::vector<std::string>{Err(
+                       "Property P: embedded objects nested more than 16 deep are kept as text")});
+}
+
 // Every message and instance document of the corpus, read without a
 // schema: none may end the process, and every message kind that the corpus
 // holds is read from at least one real document with all its operations.

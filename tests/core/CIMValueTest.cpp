@@ -165,8 +165,20 @@ TEST(CIMValueTest, CopiesStayIndependentAndReferencedClassesAreHeldWeakly) {
   copy.SetReferencedClass(ns->CreateClass("CIM_Other", nullptr));
   EXPECT_EQ(StatusOf([&] { Uint32(1).SetReferencedClass(ns->GetClass("CIM_Other")); }),
             kORVStatusTypeMismatch);
+  // An embedded object goes with a string, is held strongly, and shows in
+  // MOF in the string's place; copies share it until one is changed.
+  TCIMValue embedding("<CLASS NAME=\"CIM_Target\"/>");
+  embedding.SetEmbeddedObject(ns->GetClass("CIM_Target"));
+  const TCIMValue shared = embedding;
+  embedding.SetEmbeddedObject(boost::shared_ptr<ICIMInstance>());
+  EXPECT_EQ(shared.ToMOF() + embedding.ToMOF(),
+            "\"class CIM_Target {\\n};\"\"<CLASS NAME=\\\"CIM_Target\\\"/>\"");
+  EXPECT_FALSE(embedding.GetEmbeddedClass() || embedding.GetEmbeddedInstance());
+  EXPECT_EQ(StatusOf([&] { Uint32(1).SetEmbeddedObject(ns->GetClass("CIM_Target")); }),
+            kORVStatusTypeMismatch);
   ns.reset();
   EXPECT_FALSE(copy.GetReferencedClass());
+  EXPECT_EQ(shared.GetEmbeddedClass()->GetName(), "CIM_Target");
 
   const TCIMValue array = Array(kCIMTypeSint32, {TCIMValue::MakeSigned(kCIMTypeSint32, 1)});
   TCIMValue changed = array;
