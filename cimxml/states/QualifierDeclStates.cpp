@@ -22,7 +22,9 @@ constexpr TScopeBit kScopeBits[] = {
     {"parameter", ICIMQualifierDecl::kScopeParameter},
 };
 
+// Some writers add ANY, which the DTD lacks; "true" is every scope.
 constexpr TScopeBit kFullScopeBits[] = {
+    {"any", ICIMQualifierDecl::kScopeAny},
     {"class", ICIMQualifierDecl::kScopeClass},
     {"association", ICIMQualifierDecl::kScopeAssociation},
     {"indication", ICIMQualifierDecl::kScopeIndication},

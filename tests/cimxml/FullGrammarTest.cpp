@@ -115,6 +115,8 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
       {InDeclGroup(kLocal +
                    "<QUALIFIER.DECLARATION NAME=\"Units\" TYPE=\"string\" ISARRAY=\"true\">"
                    "<SCOPE PROPERTY=\"true\" METHOD=\"false\"/></QUALIFIER.DECLARATION>"
+                   "<QUALIFIER.DECLARATION NAME=\"Any\" TYPE=\"boolean\"><SCOPE ANY=\"true\" "
+                   "CLASS=\"false\"/></QUALIFIER.DECLARATION>"
                    "<VALUE.OBJECT><CLASS NAME=\"X_Disk\"><QUALIFIER NAME=\"Description\" "
                    "TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER><PROPERTY NAME=\"Id\" "
                    "TYPE=\"uint16\"/><PROPERTY.ARRAY NAME=\"A\" TYPE=\"sint8\"><VALUE.ARRAY>"
@@ -125,6 +127,7 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                    "<PARAMETER.REFERENCE NAME=\"Q\"/><PARAMETER.ARRAY NAME=\"S\" TYPE=\"uint8\"/>"
                    "<PARAMETER.REFARRAY NAME=\"T\"/></METHOD></CLASS></VALUE.OBJECT>"),
        {"Q:Qualifier Units : string[], Scope(property), Flavor(EnableOverride, ToSubclass);",
+        "Q:Qualifier Any : boolean, Scope(any), Flavor(EnableOverride, ToSubclass);",
         "C:X_Disk(Description/7)"},
        {}},
       // Named objects with remote paths, hosts and key bindings.
