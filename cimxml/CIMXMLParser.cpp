@@ -455,6 +455,14 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
   try {
     result = TCIMValue(TCIMType(type), text, ns);
   } catch (TORVException &ex) {
+    // Some writers quote a char16 as MOF does ('a'); the character between
+    // the quotes is what they mean.
+    if (readOptions.grammar == ECIMXMLGrammar::kFull && type == kCIMTypeChar16 &&
+        text.size() >= 3 && text.front() == '\'' && text.back() == '\'') {
+      std::string unquoted = text.substr(1, text.size() - 2);
+      if (unquoted.find('\'') == std::string::npos)
+        return ParseValue(type, unquoted);
+    }
     if (readOptions.grammar == ECIMXMLGrammar::kFull) {
       // The full grammar says what it could not read, datetimes included,
       // and leaves the value null of its type.

@@ -308,6 +308,11 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        "TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER></CLASS>",
        {"C:X_A(Description/1)(Abstract/2)"},
        {}},
+      // A char16 quoted as MOF quotes it is its character.
+      {"<INSTANCE CLASSNAME=\"X_C\"><PROPERTY NAME=\"c\" TYPE=\"char16\"><VALUE>'a'</VALUE>"
+       "</PROPERTY><PROPERTY NAME=\"d\" TYPE=\"char16\"><VALUE>ab</VALUE></PROPERTY></INSTANCE>",
+       {"I:instance of X_C { c = 'a'; d = NULL; };"},
+       {Err("Value 'ab' is not a valid char16: Invalid value text")}},
       // A propagated qualifier is kept where no superclass can give it.
       {"<CLASS NAME=\"X_Sub\" SUPERCLASS=\"X_Base\"><QUALIFIER NAME=\"Description\" "
        "TYPE=\"string\" PROPAGATED=\"true\"><VALUE>d</VALUE></QUALIFIER></CLASS>",
