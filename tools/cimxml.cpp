@@ -1,9 +1,10 @@
 // cimxml: reads CIM-XML documents and reports what each held; optionally
-// prints it as MOF and lists its operations.
+// prints it as MOF or as one CIM-XML document and lists its operations.
 //
 // Standard output carries only results (one summary line per file, the MOF,
 // the operations), so scripts can read it; everything else goes to standard
-// error.
+// error. With --xml it carries the document alone, and the lines that would
+// have gone there go to standard error.
 #include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/CIMReference.h"
@@ -12,6 +13,7 @@
 #include "core_api/ORVStatusCode.h"
 #include "core_api/OSSpecific.h"
 #include "populate/NamespacePopulator.h"
+#include "write/CIMXMLWriter.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,6 +25,7 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <set>
@@ -52,7 +55,9 @@ const char kDescription[] =
     "  FILE: N classes, M instances\n"
     "A file that fails prints instead, on standard error:\n"
     "  FILE: failed: status S (TEXT)\n"
-    "and the next file is read. Without FILE the bundled example schema is read.\n";
+    "and the next file is read. With --xml standard output carries one CIM-XML\n"
+    "document of what was read, and those lines go to standard error. Without FILE\n"
+    "the bundled example schema is read.\n";
 
 const char kFooter[] = "Exit status: 0 when every file was read, 1 when any failed, 2 for a usage\n"
                        "error.";
@@ -91,6 +96,7 @@ struct TOptions {
   bool operations = false;
   bool quiet = false;
   bool stats = false;
+  bool xml = false;
   std::vector<std::string> schemas;
   std::vector<std::string> files;
 };
@@ -120,12 +126,19 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
   CLI::Option *classic = app.add_flag("--classic", options.classic,
                                       "read the classic grammar, loading every file into one\n"
                                       "namespace, as the loaders always did");
-  app.add_flag("--mof", options.mof,
-               "print MOF on standard output. Full grammar: after each\n"
-               "file's line, the objects it gave back in document order,\n"
-               "a path as a \"// path: PATH\" line. With --classic: after\n"
-               "all files, the namespace: qualifier declarations, classes\n"
-               "(superclasses first), instances");
+  CLI::Option *mof = app.add_flag("--mof", options.mof,
+                                  "print MOF on standard output. Full grammar: after each\n"
+                                  "file's line, the objects it gave back in document order,\n"
+                                  "a path as a \"// path: PATH\" line. With --classic: after\n"
+                                  "all files, the namespace: qualifier declarations, classes\n"
+                                  "(superclasses first), instances");
+  app.add_flag("--xml", options.xml,
+               "print one CIM-XML document on standard output, after all\n"
+               "files, and the files' lines on standard error. Full\n"
+               "grammar: the qualifier declarations, classes (superclasses\n"
+               "first) and instances that the files gave back. With\n"
+               "--classic: the namespace")
+      ->excludes(mof);
   app.add_flag("--quiet", options.quiet,
                "do not show the loader's messages, which otherwise go to\n"
                "standard error as \"[LEVEL] TEXT\" lines");
@@ -229,6 +242,15 @@ void Print(const std::string &text) {
   std::fflush(stdout);
 }
 
+/// A file's lines: on standard output, unless that carries the document.
+void Report(const TOptions &options, const std::string &text) {
+  if (!options.xml) {
+    Print(text);
+    return;
+  }
+  std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
 /// Runs step, reporting its failure as the file's; false when it failed.
 template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
   try {
@@ -271,8 +293,8 @@ bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
           classes = TNamespacePopulator::PopulateFromXMLFile(ns, fileName).size();
       },
       [&] {
-        Print(fileName + ": " + std::to_string(classes) + " classes, " + std::to_string(instances) +
-              " instances\n");
+        Report(options, fileName + ": " + std::to_string(classes) + " classes, " +
+                            std::to_string(instances) + " instances\n");
       });
 }
 
@@ -460,9 +482,23 @@ std::string FullReport(const std::string &fileName, const TCIMXMLResult &result,
   return text;
 }
 
-/// Reads one file in the full grammar; ns only types what it holds.
+/// Adds the qualifier declarations, classes and instances of the result,
+/// wherever they stood, to what --xml writes.
+void Collect(const TCIMXMLResult &result, TCIMXMLDeclaration &collected) {
+  for (const TCIMXMLObject &object : result.GetObjects()) {
+    if (object.qualifierDecl)
+      collected.qualifierDecls.push_back(object.qualifierDecl);
+    if (object.cimClass)
+      collected.classes.push_back(object.cimClass);
+    if (object.instance)
+      collected.instances.push_back(object.instance);
+  }
+}
+
+/// Reads one file in the full grammar; ns only types what it holds. A file
+/// that failed adds nothing to collected.
 bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
-              const TOptions &options) {
+              const TOptions &options, TCIMXMLDeclaration &collected) {
   TCIMXMLResult result;
   return ProcessFile(
       fileName, options,
@@ -470,7 +506,10 @@ bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
         TNamespacePopulator::Populate(
             ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, result);
       },
-      [&] { Print(FullReport(fileName, result, options)); });
+      [&] {
+        Report(options, FullReport(fileName, result, options));
+        Collect(result, collected);
+      });
 }
 
 bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
@@ -479,6 +518,24 @@ bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
     return true;
   } catch (const std::exception &ex) {
     std::fprintf(stderr, "cimxml: cannot print the namespace as MOF: %s\n", ex.what());
+    return false;
+  }
+}
+
+/// The namespace (classic) or what the files gave back (full) as one
+/// document. std::cout writes through the C stream, so Finish sees its
+/// errors.
+bool PrintXML(const boost::shared_ptr<ICIMNamespace> &ns, const TCIMXMLDeclaration &collected,
+              const TOptions &options) {
+  try {
+    if (options.classic)
+      TCIMXMLWriter::WriteDocument(std::cout, *ns);
+    else
+      TCIMXMLWriter::WriteDocument(std::cout, collected);
+    std::cout.flush();
+    return true;
+  } catch (const std::exception &ex) {
+    std::fprintf(stderr, "cimxml: cannot print CIM-XML: %s\n", ex.what());
     return false;
   }
 }
@@ -495,16 +552,20 @@ int Finish(int status) {
 /// Reads every file as options ask; false when any failed.
 bool Run(const TOptions &options) {
   const boost::shared_ptr<ICIMNamespace> ns = CreateCIMNamespace("root/cimv2");
+  TCIMXMLDeclaration collected;
+  collected.namespaceName = ns->GetName();
   bool allRead = true;
   for (const std::string &schema : options.schemas)
     allRead =
         Attempt(schema, [&] { TNamespacePopulator::PopulateFromXMLFile(ns, schema); }) && allRead;
   for (const std::string &fileName : options.files)
-    allRead =
-        (options.classic ? LoadClassic(ns, fileName, options) : ReadFull(ns, fileName, options)) &&
-        allRead;
+    allRead = (options.classic ? LoadClassic(ns, fileName, options)
+                               : ReadFull(ns, fileName, options, collected)) &&
+              allRead;
   if (options.classic && options.mof)
     allRead = PrintMOF(ns) && allRead;
+  if (options.xml)
+    allRead = PrintXML(ns, collected, options) && allRead;
   return allRead;
 }
 
