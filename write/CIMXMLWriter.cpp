@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <ostream>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -104,7 +105,7 @@ std::string CodePointName(std::uint32_t codePoint) {
 
 std::string TypeText(TCIMType type) {
   const std::string &name = type.GetName();
-  return (name.empty() ? std::string("no type") : name) + (type.IsArray() ? "[]" : "");
+  return (name.empty() ? std::string("none") : name) + (type.IsArray() ? "[]" : "");
 }
 
 /// The element of a property of the type; null for one that has none.
@@ -174,6 +175,30 @@ std::string Folded(std::string name) {
   return name;
 }
 
+bool SameDeclaration(ICIMQualifierDecl &first, ICIMQualifierDecl &second) {
+  return first.GetType() == second.GetType() && first.GetArraySize() == second.GetArraySize() &&
+         first.GetScope() == second.GetScope() && first.GetFlavor() == second.GetFlavor() &&
+         first.GetDefaultValue() == second.GetDefaultValue();
+}
+
+/// The classes without a second one of the same name, which a namespace
+/// cannot hold: each such is left out with a line.
+std::vector<boost::shared_ptr<ICIMClass>>
+Once(const std::vector<boost::shared_ptr<ICIMClass>> &classes) {
+  std::set<std::string> names;
+  std::vector<boost::shared_ptr<ICIMClass>> once;
+  for (const auto &cls : classes) {
+    if (!cls)
+      continue;
+    if (names.insert(Folded(cls->GetName())).second)
+      once.push_back(cls);
+    else
+      TRootObject::Log(3, "CIM-XML writer: class '" + cls->GetName() +
+                              "' left out: another of that name came first");
+  }
+  return once;
+}
+
 /// The classes with each after its superclass where both are given,
 /// otherwise in the order given. Each class names one superclass, so
 /// following that chain from each class places all of it at once.
@@ -181,15 +206,14 @@ std::vector<boost::shared_ptr<ICIMClass>>
 SuperclassOrder(const std::vector<boost::shared_ptr<ICIMClass>> &classes) {
   std::map<std::string, std::size_t> byName;
   for (std::size_t i = 0; i < classes.size(); ++i)
-    if (classes[i])
-      byName.emplace(Folded(classes[i]->GetName()), i);
+    byName.emplace(Folded(classes[i]->GetName()), i);
   enum class EState : std::uint8_t { kNew, kOpen, kPlaced };
   std::vector<EState> states(classes.size(), EState::kNew);
   std::vector<boost::shared_ptr<ICIMClass>> order;
   std::vector<std::size_t> chain;
   for (std::size_t first = 0; first < classes.size(); ++first) {
     chain.clear();
-    for (std::size_t i = first; i < classes.size() && classes[i] && states[i] == EState::kNew;) {
+    for (std::size_t i = first; i < classes.size() && states[i] == EState::kNew;) {
       states[i] = EState::kOpen;
       chain.push_back(i);
       const auto found = byName.find(Folded(classes[i]->GetSuperClassName()));
@@ -334,7 +358,7 @@ void TWriter::Text(std::string_view text, bool attribute) {
     std::size_t length = DecodeUtf8(text, i, codePoint);
     if (length == 0) {
       notUtf8 = true;
-      CharacterReference(codePoint);
+      CharacterReference(static_cast<unsigned char>(text[i]));
       length = 1;
     } else if (codePoint == '&') {
       out += "&amp;";
@@ -394,12 +418,19 @@ void TWriter::Document(const TCIMXMLDeclaration &declaration) {
     if (out.size() >= kFlushSize)
       Flush();
   };
+  std::map<std::string, ICIMQualifierDecl *> declared;
   for (const auto &qualifierDecl : declaration.qualifierDecls) {
-    if (qualifierDecl)
+    if (!qualifierDecl)
+      continue;
+    const auto placed = declared.emplace(Folded(qualifierDecl->GetName()), qualifierDecl.get());
+    if (placed.second)
       QualifierDecl(*qualifierDecl);
+    else if (!SameDeclaration(*placed.first->second, *qualifierDecl))
+      Log("qualifier declaration '" + qualifierDecl->GetName() +
+          "' left out: another of that name came first");
     flushed();
   }
-  for (const auto &cls : SuperclassOrder(declaration.classes)) {
+  for (const auto &cls : SuperclassOrder(Once(declaration.classes))) {
     Start("VALUE.OBJECT");
     Class(*cls);
     End("VALUE.OBJECT");
