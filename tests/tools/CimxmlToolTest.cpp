@@ -2,6 +2,7 @@
 // standard output and standard error taken apart.
 #include "populate/NamespacePopulator.h"
 #include "support/Fixtures.h"
+#include "write/CIMXMLWriter.h"
 
 #include <sys/wait.h>
 
@@ -74,15 +75,31 @@ std::string Failed(const std::string &path, int status, const std::string &text)
   return path + ": failed: status " + std::to_string(status) + " (" + text + ")\n";
 }
 
+std::string Read(const std::string &path, int declarations, int classes, int instances, int paths,
+                 int operations) {
+  return path + ": " + std::to_string(declarations) + " qualifier declarations, " +
+         std::to_string(classes) + " classes, " + std::to_string(instances) + " instances, " +
+         std::to_string(paths) + " paths, " + std::to_string(operations) + " operations\n";
+}
+
 // Output that cannot be written fails the run, however well the files loaded.
 TEST_F(CimxmlToolTest, UnwritableOutputFails) {
   const std::string example = std::string(ORV_EXAMPLES_DIR) + "/schema.xml";
-  for (const auto &arguments : {Classic({"--quiet", "--mof", example}), Classic({"--help"}),
-                                std::vector<std::string>{"--quiet", "--mof", example}}) {
-    SCOPED_TRACE(arguments.size());
-    const TRun run = Run(arguments, "/dev/full");
+  const std::string full = Read(example, 10, 6, 0, 0, 0);
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {Classic({"--quiet", "--mof", example}), ""},
+      {Classic({"--help"}), ""},
+      {{"--quiet", "--mof", example}, ""},
+      // With --xml the file's line still reaches standard error.
+      {{"--quiet", "--xml", example}, full},
+      {Classic({"--quiet", "--xml", example}), Loaded(example, 6)},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.first.size());
+    const TRun run = Run(c.first, "/dev/full");
     EXPECT_EQ(1, run.status);
-    EXPECT_EQ("cimxml: cannot write standard output: No space left on device\n", run.err);
+    EXPECT_EQ(c.second + "cimxml: cannot write standard output: No space left on device\n",
+              run.err);
   }
 }
 
@@ -121,17 +138,23 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
       {"--classic"});
 }
 
-// The MOF is the namespace's after every file, as the library gives it;
-// statistics give each file's size, time and rate, then any failure.
-TEST_F(CimxmlToolTest, MofAndStats) {
+// The MOF and the CIM-XML are the namespace's after every file, as the
+// library gives them, the CIM-XML alone on standard output; statistics give
+// each file's size, time and rate, then any failure.
+TEST_F(CimxmlToolTest, MofXmlAndStats) {
   std::string expected;
+  std::ostringstream xml;
   {
     TCapturingLogger quiet;
     auto ns = CreateCIMNamespace("root/cimv2");
     TNamespacePopulator::PopulateFromXMLFile(ns, kSchema);
     expected = Loaded(kSchema, 6) + ns->ToMOF();
+    TCIMXMLWriter::WriteDocument(xml, *ns);
   }
   EXPECT_EQ(expected, Run(Classic({"--mof", "--quiet", kSchema})).out);
+  const TRun written = Run(Classic({"--xml", "--quiet", kSchema}));
+  EXPECT_EQ(xml.str(), written.out);
+  EXPECT_EQ(Loaded(kSchema, 6), written.err);
 
   const std::string good = scratch.Write("good.xml", kDocument);
   const TRun run = Run(Classic({"--stats", "--quiet", good, scratch.PathOf("missing.xml")}));
@@ -143,13 +166,6 @@ TEST_F(CimxmlToolTest, MofAndStats) {
   EXPECT_NE(std::string::npos, run.err.find(" ms, ")) << run.err;
   EXPECT_EQ(Failed(scratch.PathOf("missing.xml"), 11, "File access failed"),
             run.err.substr(run.err.find('\n') + 1));
-}
-
-std::string Read(const std::string &path, int declarations, int classes, int instances, int paths,
-                 int operations) {
-  return path + ": " + std::to_string(declarations) + " qualifier declarations, " +
-         std::to_string(classes) + " classes, " + std::to_string(instances) + " instances, " +
-         std::to_string(paths) + " paths, " + std::to_string(operations) + " operations\n";
 }
 
 // The default grammar: a summary line per file, then as asked its objects'
@@ -235,6 +251,19 @@ TEST_F(CimxmlToolTest, FullGrammar) {
           {{"--instances", request}, 2, "", "cimxml: --instances requires --classic\n", true},
           {{"--classic", "--operations"}, 2, "", "cimxml: --classic excludes --operations\n", true},
           {{"--bogus", "--help"}, 2, "", "cimxml: unknown option '--bogus'\nUsage: cimxml", true},
+          // One document of what the files gave back; their lines go to
+          // standard error.
+          {{"--quiet", "--xml", indication},
+           0,
+           "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<CIM CIMVERSION=\"2.0\" "
+           "DTDVERSION=\"2.4\">\n"
+           " <DECLARATION>\n  <DECLGROUP>\n   <LOCALNAMESPACEPATH>\n    <NAMESPACE "
+           "NAME=\"root\"/>\n"
+           "    <NAMESPACE NAME=\"cimv2\"/>\n   </LOCALNAMESPACEPATH>\n  </DECLGROUP>\n"
+           "  <DECLGROUP.WITHNAME>\n",
+           Read(indication, 0, 0, 1, 0, 1),
+           true},
+          {{"--xml", "--mof", indication}, 2, "", "cimxml: --mof excludes --xml\n", true},
       },
       {});
 }
