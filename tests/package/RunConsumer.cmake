@@ -9,7 +9,7 @@
 #  3. build the consumer project with find_package(ORV) against the prefix;
 #  4. build the same program with the compiler and pkg-config alone;
 #  5. run both programs, and the installed cimxml tool when it is built, on
-#     the examples;
+#     the examples; build a program that writes CIM-XML both ways and run it;
 #  6. move the installed tree and run the tool there without FILE.
 cmake_minimum_required(VERSION 3.25)
 
@@ -87,6 +87,23 @@ orv_step("compile every installed header"
          COMMAND ${ORV_CXX_COMPILER} ${cxxFlags} -std=c++17 -fsyntax-only
                  ${pcIncludes} ${pkgBuild}/AllHeaders.cpp)
 
+# A program of the writers' library: the schema it loads, as CIM-XML.
+set(writerSource ${pkgBuild}/WriteSchema.cpp)
+file(WRITE ${writerSource} [=[
+#include "populate/NamespacePopulator.h"
+#include "write/CIMXMLWriter.h"
+
+#include <iostream>
+
+int main(int, char **argv) {
+  using namespace NVRNORV20;
+  boost::shared_ptr<ICIMNamespace> ns = CreateCIMNamespace("root/cimv2");
+  TNamespacePopulator::PopulateFromXMLFile(ns, argv[1]);
+  TCIMXMLWriter::WriteDocument(std::cout, *ns);
+  return 0;
+}
+]=])
+
 # 3. The CMake consumer, built by the same generator and compiler as we are.
 set(makeProgramArgs)
 if(ORV_MAKE_PROGRAM)
@@ -100,7 +117,8 @@ orv_step("configure the find_package consumer"
                  -DCMAKE_CXX_FLAGS=${ORV_CXX_FLAGS}
                  -DCMAKE_PREFIX_PATH=${prefix}
                  -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF
-                 -DORV_CONSUMER_SOURCE=${ORV_CONSUMER_SOURCE})
+                 -DORV_CONSUMER_SOURCE=${ORV_CONSUMER_SOURCE}
+                 -DORV_WRITER_SOURCE=${writerSource})
 # The package must come from the scratch prefix, not from anything installed
 # on the machine.
 file(STRINGS ${cmakeBuild}/CMakeCache.txt orvDir REGEX "^ORV_DIR:")
@@ -115,6 +133,13 @@ orv_step("build the find_package consumer"
 orv_step("build the pkg-config consumer"
          COMMAND ${ORV_CXX_COMPILER} ${cxxFlags} -std=c++17 ${ORV_CONSUMER_SOURCE}
                  -o ${pkgBuild}/LoadDocuments ${pcFlags} -Wl,-rpath,${pcLibDir})
+orv_step("pkg-config orvwrite" OUTPUT pcWriteFlags
+         COMMAND ${ORV_PKG_CONFIG} --cflags --libs orvwrite)
+string(STRIP "${pcWriteFlags}" pcWriteFlags)
+separate_arguments(pcWriteFlags UNIX_COMMAND "${pcWriteFlags}")
+orv_step("build the pkg-config writer"
+         COMMAND ${ORV_CXX_COMPILER} ${cxxFlags} -std=c++17 ${writerSource}
+                 -o ${pkgBuild}/WriteSchema ${pcWriteFlags} -Wl,-rpath,${pcLibDir})
 
 # 5. Both programs load the schema, then the instances, and say the same.
 set(schema ${ORV_EXAMPLES_DIR}/schema.xml)
@@ -138,6 +163,20 @@ endif()
 if(NOT pkgOutput STREQUAL cmakeOutput)
   message(FATAL_ERROR "The two builds disagree:\n--- find_package ---\n${cmakeOutput}\n"
                       "--- pkg-config ---\n${pkgOutput}")
+endif()
+
+# Both builds of the writer give the schema's document.
+file(GLOB_RECURSE cmakeWriter ${cmakeBuild}/WriteSchema)
+if(NOT cmakeWriter)
+  message(FATAL_ERROR "The find_package consumer built no WriteSchema in ${cmakeBuild}")
+endif()
+list(GET cmakeWriter 0 cmakeWriter)
+orv_step("run the find_package writer" OUTPUT cmakeWritten COMMAND ${cmakeWriter} ${schema})
+orv_step("run the pkg-config writer" OUTPUT pkgWritten COMMAND ${pkgBuild}/WriteSchema ${schema})
+if(NOT cmakeWritten MATCHES "^<\\?xml version=\"1.0\" encoding=\"utf-8\"\\?>\n<CIM .*<CLASS NAME=\"ORV_Disk\""
+   OR NOT pkgWritten STREQUAL cmakeWritten)
+  message(FATAL_ERROR "The writers printed:\n--- find_package ---\n${cmakeWritten}\n"
+                      "--- pkg-config ---\n${pkgWritten}")
 endif()
 
 # The installed tool finds the libraries through its run path, relative to
