@@ -137,7 +137,7 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
                "files, and the files' lines on standard error. Full\n"
                "grammar: the qualifier declarations, classes (superclasses\n"
                "first) and instances that the files gave back. With\n"
-               "--classic: the namespace")
+               "--classic: the namespace. Not with --mof")
       ->excludes(mof);
   app.add_flag("--quiet", options.quiet,
                "do not show the loader's messages, which otherwise go to\n"
