@@ -430,17 +430,20 @@ void TWriter::Document(const TCIMXMLDeclaration &declaration) {
           "' left out: another of that name came first");
     flushed();
   }
+  std::set<std::string> written;
   for (const auto &cls : SuperclassOrder(Once(declaration.classes))) {
+    written.insert(Folded(cls->GetName()));
     Start("VALUE.OBJECT");
     Class(*cls);
     End("VALUE.OBJECT");
     flushed();
   }
+  // A reader without the class learns the keys from the name alone.
   std::vector<ICIMInstance *> named;
   for (const auto &instance : declaration.instances) {
     if (!instance)
       continue;
-    if (!instance->GetClass()) {
+    if (written.count(Folded(instance->GetClassName())) == 0) {
       named.push_back(instance.get());
       continue;
     }

@@ -56,10 +56,12 @@ public:
   /// A whole document: the XML declaration, then CIM, DECLARATION and a
   /// DECLGROUP with the namespace path, the qualifier declarations, the
   /// classes (a superclass before its subclasses) and the instances of
-  /// classes, each in a VALUE.OBJECT. Instances without a class (read
-  /// without their schema) follow in a DECLGROUP.WITHNAME as
-  /// VALUE.NAMEDOBJECT with their INSTANCENAME: only the name tells a
-  /// reader which of their properties are keys.
+  /// those classes, each in a VALUE.OBJECT. Other instances (read without
+  /// their class, or typed by a schema the document does not hold) follow
+  /// in a DECLGROUP.WITHNAME as VALUE.NAMEDOBJECT with their INSTANCENAME:
+  /// a reader without the class learns their keys from the name alone. A
+  /// qualifier declaration or class whose name (in any letter case) came
+  /// before is left out, with a line unless it is the same declaration.
   static void WriteDocument(std::ostream &out, const TCIMXMLDeclaration &declaration);
   /// The namespace as one document: its qualifier declarations, classes
   /// and instances.
