@@ -1,4 +1,4 @@
-// Export macros of the two shared libraries. Both are built with the default
+// Export macros of the three shared libraries. All are built with the default
 // (public) symbol visibility; the macros mark the exported interface so that
 // a build with hidden visibility keeps it.
 #ifndef ORV_CORE_API_ORVEXPORT_H
@@ -12,5 +12,6 @@
 
 #define ORVCORE_API ORV_EXPORT
 #define ORVCIMXML_API ORV_EXPORT
+#define ORVWRITE_API ORV_EXPORT
 
 #endif

@@ -22,7 +22,7 @@ echo "lint: $format on ${#all[@]} files"
 "$format" --dry-run --Werror "${all[@]}"
 
 mapfile -t library < <(git ls-files 'core/*.cpp' 'xml/*.cpp' 'cimxml/*.cpp' \
-  'cimxml/states/*.cpp' 'populate/*.cpp' 'tools/*.cpp')
+  'cimxml/states/*.cpp' 'populate/*.cpp' 'write/*.cpp' 'tools/*.cpp')
 echo "lint: $tidy on ${#library[@]} files"
 if [ -n "$runner" ]; then
   "$runner" -quiet -j 2 -clang-tidy-binary "$(command -v "$tidy")" -p "$build" "${library[@]}"

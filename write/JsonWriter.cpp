@@ -1,0 +1,883 @@
+#include "write/JsonWriter.h"
+
+#include "core_api/CIMReference.h"
+#include "core_api/CIMValue.h"
+#include "core_api/Logger.h"
+#include "core_api/ORVStatusCode.h"
+
+#include <rapidjson/encodings.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace NVRNORV20 {
+
+namespace {
+
+using rapidjson::SizeType;
+
+/// Values inside references, arrays and embedded objects are written by
+/// recursion. Documents nest them at most 16 deep each, so this depth is
+/// reached only by objects a program built (an instance embedded in its own
+/// property, say); below it a value is written as its text.
+constexpr unsigned kMaxNesting = 64;
+
+/// RapidJSON's output stream onto a std::ostream, a block at a time, so that
+/// the stream sees few large writes.
+class TBlockStream {
+public:
+  using Ch = char;
+  explicit TBlockStream(std::ostream &stream) : out(stream), block(kBlockSize) {}
+  void Put(char c) {
+    if (used == block.size())
+      Flush();
+    block[used++] = c;
+  }
+  void Flush() {
+    out.write(block.data(), static_cast<std::streamsize>(used));
+    used = 0;
+  }
+
+private:
+  static constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
+  std::ostream &out;
+  std::vector<char> block;
+  std::size_t used = 0;
+};
+
+/// The writer of one item, which knows how deeply the value it is at lies.
+class TJson : public rapidjson::Writer<rapidjson::StringBuffer> {
+public:
+  explicit TJson(rapidjson::StringBuffer &buffer) : Writer(buffer) {}
+  unsigned nesting = 0;
+};
+
+/// A string's bytes as RapidJSON's UTF-8 decoder reads them: past the end it
+/// reads NUL, so that a character cut off by the end fails there.
+struct TBoundedBytes {
+  using Ch = char;
+  const char *next;
+  const char *end;
+  Ch Peek() const { return next < end ? *next : '\0'; }
+  Ch Take() { return next < end ? *next++ : '\0'; }
+};
+
+/// Appends what the decoder copies.
+struct TAppendBytes {
+  std::string &text;
+  void Put(char c) { text += c; }
+};
+
+/// The text with each byte that begins no UTF-8 character (RapidJSON's
+/// decoder decides, refusing overlong forms and surrogates) replaced by its
+/// Latin-1 character in UTF-8; false when there was none.
+bool ReplaceNonUtf8(const std::string &text, std::string &replaced) {
+  bool found = false;
+  TBoundedBytes bytes{text.data(), text.data() + text.size()};
+  TAppendBytes sink{replaced};
+  while (bytes.next < bytes.end) {
+    const char *start = bytes.next;
+    const std::size_t kept = replaced.size();
+    if (rapidjson::UTF8<>::Validate(bytes, sink))
+      continue;
+    replaced.resize(kept);
+    rapidjson::UTF8<>::Encode(sink, static_cast<unsigned char>(*start));
+    bytes.next = start + 1;
+    found = true;
+  }
+  return found;
+}
+
+/// Every text of the document becomes a JSON string here. RapidJSON's
+/// Writer escapes quotes, backslashes and control characters; JSON text is
+/// UTF-8, so a byte that begins no UTF-8 character is written as its
+/// Latin-1 character, the usual origin of such bytes, as the MOF writer
+/// does.
+template <class TWriter> void Text(TWriter &json, const std::string &text) {
+  const std::string *written = &text;
+  std::string replaced;
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) < 0x80)
+      continue;
+    if (ReplaceNonUtf8(text, replaced)) {
+      TRootObject::Log(3, "JSON: bytes that are not UTF-8 in a string, each written as its "
+                          "Latin-1 character");
+      written = &replaced;
+    }
+    break;
+  }
+  // A writer counts a string's length in 32 bits; no document holds a
+  // longer one, since the loader reads at most 100 MiB.
+  if (written->size() > std::numeric_limits<SizeType>::max()) {
+    TRootObject::Log(3, "JSON: a string of " + std::to_string(written->size()) +
+                            " bytes is longer than JSON strings are written; written as null");
+    json.Null();
+    return;
+  }
+  json.String(written->data(), static_cast<SizeType>(written->size()));
+}
+
+/// "uint8", "uint8[]" for an array type, null for no type.
+void Type(TJson &json, TCIMType type) {
+  if (type.GetElementType() == kCIMTypeNone) {
+    json.Null();
+    return;
+  }
+  Text(json, type.GetName() + (type.IsArray() ? "[]" : ""));
+}
+
+void Flavor(TJson &json, std::uint32_t flavor) {
+  json.StartObject();
+  json.Key("overridable");
+  json.Bool((flavor & ICIMQualifierDecl::kFlavorOverridable) != 0);
+  json.Key("toSubclass");
+  json.Bool((flavor & ICIMQualifierDecl::kFlavorToSubclass) != 0);
+  json.Key("translatable");
+  json.Bool((flavor & ICIMQualifierDecl::kFlavorTranslatable) != 0);
+  json.EndObject();
+}
+
+void Value(TJson &json, const TCIMValue &value);
+void Instance(TJson &json, ICIMInstance &instance);
+void Class(TJson &json, ICIMClass &cls);
+
+/// A path: host and namespace when it names them, the class name when it
+/// has one, and with keys its key bindings in order, each typed.
+void Path(TJson &json, const TCIMReference &path, bool keys) {
+  json.StartObject();
+  if (!path.GetHost().empty()) {
+    json.Key("host");
+    Text(json, path.GetHost());
+  }
+  if (!path.GetNamespaceName().empty()) {
+    json.Key("namespace");
+    Text(json, path.GetNamespaceName());
+  }
+  if (!path.GetClassName().empty()) {
+    json.Key("className");
+    Text(json, path.GetClassName());
+  }
+  if (keys) {
+    json.Key("keys");
+    json.StartArray();
+    for (const TCIMReference::TKeyBinding &key : path.GetKeyBindings()) {
+      json.StartObject();
+      json.Key("name");
+      Text(json, key.first);
+      json.Key("type");
+      Type(json, key.second.GetType());
+      json.Key("value");
+      Value(json, key.second);
+      json.EndObject();
+    }
+    json.EndArray();
+  }
+  json.EndObject();
+}
+
+/// A real in its CIM-XML text, the shortest that reads back as the same
+/// real32 or real64 and a JSON number too; NaN and the infinities, which
+/// JSON has no number for, as the strings CIM-XML spells them with.
+void Real(TJson &json, const TCIMValue &value) {
+  const std::string text = value.ToString();
+  if (std::isfinite(value.GetReal()))
+    json.RawValue(text.data(), text.size(), rapidjson::kNumberType);
+  else
+    Text(json, text);
+}
+
+/// A string, or the object it embeds: {"instance": ...} or {"class": ...}.
+void String(TJson &json, const TCIMValue &value) {
+  const boost::shared_ptr<ICIMInstance> instance = value.GetEmbeddedInstance();
+  const boost::shared_ptr<ICIMClass> cls = value.GetEmbeddedClass();
+  if (!instance && !cls) {
+    Text(json, value.GetString());
+    return;
+  }
+  json.StartObject();
+  json.Key(instance ? "instance" : "class");
+  instance ? Instance(json, *instance) : Class(json, *cls);
+  json.EndObject();
+}
+
+void Scalar(TJson &json, const TCIMValue &value) {
+  switch (value.GetType()) {
+  case kCIMTypeBoolean:
+    json.Bool(value.GetBoolean());
+    break;
+  case kCIMTypeUint8:
+  case kCIMTypeUint16:
+  case kCIMTypeUint32:
+  case kCIMTypeUint64:
+    json.Uint64(value.GetUnsigned());
+    break;
+  case kCIMTypeSint8:
+  case kCIMTypeSint16:
+  case kCIMTypeSint32:
+  case kCIMTypeSint64:
+    json.Int64(value.GetSigned());
+    break;
+  case kCIMTypeReal32:
+  case kCIMTypeReal64:
+    Real(json, value);
+    break;
+  case kCIMTypeString:
+    String(json, value);
+    break;
+  case kCIMTypeReference:
+    Path(json, value.GetReference(), true);
+    break;
+  default:
+    // char16 and datetime, as their CIM-XML text.
+    Text(json, value.ToString());
+    break;
+  }
+}
+
+/// A value too deep to write as JSON, as its CIM-XML text; a reference's
+/// text doubles its backslashes per level, so a deep one may be too long
+/// for a string, and is then written as null.
+void Nested(TJson &json, const TCIMValue &value) {
+  const std::string deep =
+      "JSON: a value nested more than " + std::to_string(kMaxNesting) + " deep";
+  std::string text;
+  try {
+    text = value.ToString();
+  } catch (const TORVException &ex) {
+    TRootObject::Log(3, deep + " is too long as text (" + ex.what() + "); written as null");
+    json.Null();
+    return;
+  }
+  TRootObject::Log(3, deep + " is written as its text");
+  Text(json, text);
+}
+
+/// Any value: null, a scalar, or an array of them (null elements as null).
+void Value(TJson &json, const TCIMValue &value) {
+  if (value.IsNull()) {
+    json.Null();
+    return;
+  }
+  const bool nests = value.IsArray() || value.GetType() == kCIMTypeReference ||
+                     (value.GetType() == kCIMTypeString &&
+                      (value.GetEmbeddedInstance() || value.GetEmbeddedClass()));
+  if (!nests) {
+    Scalar(json, value);
+    return;
+  }
+  if (json.nesting == kMaxNesting) {
+    Nested(json, value);
+    return;
+  }
+  ++json.nesting;
+  if (value.IsArray()) {
+    json.StartArray();
+    for (const TCIMValue &element : value.GetElements())
+      Value(json, element);
+    json.EndArray();
+  } else {
+    Scalar(json, value);
+  }
+  --json.nesting;
+}
+
+void Qualifiers(TJson &json, ICIMQualifiedObject &object) {
+  json.Key("qualifiers");
+  json.StartArray();
+  for (const boost::shared_ptr<ICIMQualifier> &qualifier : object.GetQualifiers()) {
+    json.StartObject();
+    json.Key("name");
+    Text(json, qualifier->GetName());
+    json.Key("type");
+    Type(json, qualifier->GetType());
+    json.Key("value");
+    Value(json, qualifier->GetValue());
+    json.Key("flavor");
+    Flavor(json, qualifier->GetFlavor());
+    if (qualifier->IsPropagated()) {
+      json.Key("propagated");
+      json.Bool(true);
+    }
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+struct TScopeName {
+  std::uint32_t bit;
+  const char *name;
+};
+constexpr TScopeName kScopeNames[] = {
+    {ICIMQualifierDecl::kScopeClass, "class"},
+    {ICIMQualifierDecl::kScopeAssociation, "association"},
+    {ICIMQualifierDecl::kScopeIndication, "indication"},
+    {ICIMQualifierDecl::kScopeProperty, "property"},
+    {ICIMQualifierDecl::kScopeReference, "reference"},
+    {ICIMQualifierDecl::kScopeMethod, "method"},
+    {ICIMQualifierDecl::kScopeParameter, "parameter"},
+};
+
+void QualifierDecl(TJson &json, ICIMQualifierDecl &declaration) {
+  json.StartObject();
+  json.Key("name");
+  Text(json, declaration.GetName());
+  json.Key("type");
+  Type(json, declaration.GetType());
+  if (declaration.GetArraySize() != 0) {
+    json.Key("arraySize");
+    json.Uint(declaration.GetArraySize());
+  }
+  json.Key("value");
+  Value(json, declaration.GetDefaultValue());
+  json.Key("scope");
+  json.StartArray();
+  const std::uint32_t scope = declaration.GetScope();
+  for (const TScopeName &scopeName : kScopeNames)
+    if ((scope & scopeName.bit) != 0)
+      json.String(scopeName.name);
+  json.EndArray();
+  json.Key("flavor");
+  Flavor(json, declaration.GetFlavor());
+  json.EndObject();
+}
+
+/// The array size a declaration fixes, which a null default carries; the
+/// class of a reference.
+void ArrayAndReference(TJson &json, TCIMType type, unsigned int arraySize,
+                       const std::string &referenceClass) {
+  if (type.IsArray() && arraySize != 0) {
+    json.Key("arraySize");
+    json.Uint(arraySize);
+  }
+  if (type.GetElementType() == kCIMTypeReference && !referenceClass.empty()) {
+    json.Key("referenceClass");
+    Text(json, referenceClass);
+  }
+}
+
+void Property(TJson &json, ICIMPropertyDecl &property) {
+  json.StartObject();
+  json.Key("name");
+  Text(json, property.GetName());
+  const TCIMType type = property.GetType();
+  json.Key("type");
+  Type(json, type);
+  const TCIMValue value = property.GetValue();
+  ArrayAndReference(json, type, value.IsNull() ? value.GetCount() : 0,
+                    type.GetElementType() == kCIMTypeReference ? property.GetReferenceClassName()
+                                                               : std::string());
+  json.Key("classOrigin");
+  Text(json, property.GetClassOrigin());
+  json.Key("value");
+  Value(json, value);
+  Qualifiers(json, property);
+  json.EndObject();
+}
+
+void Parameter(TJson &json, ICIMParameter &parameter) {
+  json.StartObject();
+  json.Key("name");
+  Text(json, parameter.GetName());
+  json.Key("type");
+  Type(json, parameter.GetType());
+  ArrayAndReference(json, parameter.GetType(), parameter.GetArraySize(),
+                    parameter.GetReferenceClassName());
+  Qualifiers(json, parameter);
+  json.EndObject();
+}
+
+void Method(TJson &json, ICIMMethod &method) {
+  json.StartObject();
+  json.Key("name");
+  Text(json, method.GetName());
+  json.Key("returnType");
+  Type(json, method.GetReturnType());
+  json.Key("classOrigin");
+  Text(json, method.GetClassOrigin());
+  Qualifiers(json, method);
+  json.Key("parameters");
+  json.StartArray();
+  for (const boost::shared_ptr<ICIMParameter> &parameter : method.GetParameters())
+    Parameter(json, *parameter);
+  json.EndArray();
+  json.EndObject();
+}
+
+/// A class with every property and method it has, inherited ones first,
+/// each with the class that declared it.
+void Class(TJson &json, ICIMClass &cls) {
+  json.StartObject();
+  json.Key("name");
+  Text(json, cls.GetName());
+  json.Key("superClass");
+  if (cls.GetSuperClassName().empty())
+    json.Null();
+  else
+    Text(json, cls.GetSuperClassName());
+  Qualifiers(json, cls);
+  json.Key("properties");
+  json.StartArray();
+  for (const boost::shared_ptr<ICIMPropertyDecl> &property : cls.GetProperties())
+    Property(json, *property);
+  json.EndArray();
+  json.Key("methods");
+  json.StartArray();
+  for (const boost::shared_ptr<ICIMMethod> &method : cls.GetMethods())
+    Method(json, *method);
+  json.EndArray();
+  json.EndObject();
+}
+
+void Instance(TJson &json, ICIMInstance &instance) {
+  json.StartObject();
+  json.Key("className");
+  Text(json, instance.GetClassName());
+  json.Key("properties");
+  json.StartArray();
+  for (const boost::shared_ptr<ICIMProperty> &property : instance.GetProperties()) {
+    json.StartObject();
+    json.Key("name");
+    Text(json, property->GetName());
+    json.Key("type");
+    Type(json, property->GetDeclaredType());
+    if (property->IsKey()) {
+      json.Key("key");
+      json.Bool(true);
+    }
+    json.Key("value");
+    Value(json, property->GetValue());
+    json.EndObject();
+  }
+  json.EndArray();
+  json.EndObject();
+}
+
+/// A path as the document wrote it: a namespace path has no class name, a
+/// class path no keys.
+void DocumentPath(TJson &json, const TCIMXMLPath &path) {
+  Path(json, path.reference, path.kind == TCIMXMLPath::EKind::kInstance);
+}
+
+void ObjectItem(TJson &json, const TCIMXMLObject &object) {
+  using EKind = TCIMXMLObject::EKind;
+  static const char *const kItemNames[] = {"qualifierDeclaration", "class", "instance", "classPath",
+                                           "instancePath"};
+  const char *item = kItemNames[static_cast<int>(object.kind)];
+  json.StartObject();
+  json.Key("item");
+  json.String(item);
+  json.Key("sequence");
+  json.Uint64(object.sequence);
+  json.Key("line");
+  json.Uint(object.line);
+  if (object.operation >= 0) {
+    json.Key("operation");
+    json.Int64(object.operation);
+    json.Key("role");
+    Text(json, object.role);
+  }
+  if (object.hasPath) {
+    json.Key("path");
+    DocumentPath(json, object.path);
+  }
+  if (object.kind == EKind::kQualifierDecl || object.kind == EKind::kClass ||
+      object.kind == EKind::kInstance) {
+    json.Key(item);
+    if (object.kind == EKind::kQualifierDecl && object.qualifierDecl)
+      QualifierDecl(json, *object.qualifierDecl);
+    else if (object.kind == EKind::kClass && object.cimClass)
+      Class(json, *object.cimClass);
+    else if (object.kind == EKind::kInstance && object.instance)
+      Instance(json, *object.instance);
+    else
+      json.Null();
+  }
+  json.EndObject();
+}
+
+/// A parameter or return value: its value, or where objects stood in its
+/// place, which items they are.
+void Argument(TJson &json, const TCIMXMLArgument &argument) {
+  json.StartObject();
+  if (!argument.name.empty()) {
+    json.Key("name");
+    Text(json, argument.name);
+  }
+  json.Key("type");
+  Type(json, argument.type);
+  json.Key("value");
+  Value(json, argument.value);
+  if (!argument.embeddedObject.empty()) {
+    json.Key("embeddedObject");
+    Text(json, argument.embeddedObject);
+  }
+  if (argument.objectCount != 0) {
+    json.Key("firstObject");
+    json.Uint64(argument.firstObject);
+    json.Key("objectCount");
+    json.Uint64(argument.objectCount);
+  }
+  json.EndObject();
+}
+
+void OperationError(TJson &json, const TCIMXMLOperation &operation) {
+  json.Key("error");
+  json.StartObject();
+  json.Key("code");
+  json.Uint(operation.errorCode);
+  if (!operation.errorDescription.empty()) {
+    json.Key("description");
+    Text(json, operation.errorDescription);
+  }
+  if (operation.errorInstanceCount != 0) {
+    json.Key("firstInstance");
+    json.Uint64(operation.firstErrorInstance);
+    json.Key("instanceCount");
+    json.Uint64(operation.errorInstanceCount);
+  }
+  json.EndObject();
+}
+
+void OperationItem(TJson &json, const TCIMXMLOperation &operation) {
+  // The elements' names, as DSP0201 spells them.
+  static const char *const kKinds[] = {"IMETHODCALL",     "METHODCALL",     "EXPMETHODCALL",
+                                       "IMETHODRESPONSE", "METHODRESPONSE", "EXPMETHODRESPONSE"};
+  json.StartObject();
+  json.Key("item");
+  json.String("operation");
+  json.Key("sequence");
+  json.Uint64(operation.sequence);
+  json.Key("line");
+  json.Uint(operation.line);
+  json.Key("message");
+  json.Uint64(operation.message);
+  json.Key("kind");
+  json.String(kKinds[static_cast<int>(operation.kind)]);
+  json.Key("method");
+  Text(json, operation.method);
+  if (operation.hasTarget) {
+    json.Key("target");
+    DocumentPath(json, operation.target);
+  }
+  json.Key("parameters");
+  json.StartArray();
+  for (const TCIMXMLArgument &parameter : operation.parameters)
+    Argument(json, parameter);
+  json.EndArray();
+  if (operation.hasReturnValue) {
+    json.Key("returnValue");
+    Argument(json, operation.returnValue);
+  }
+  if (operation.hasError)
+    OperationError(json, operation);
+  json.Key("correlators");
+  json.StartArray();
+  for (const TCIMXMLCorrelator &correlator : operation.correlators) {
+    json.StartObject();
+    json.Key("name");
+    Text(json, correlator.name);
+    json.Key("type");
+    Type(json, correlator.value.GetType());
+    json.Key("value");
+    Value(json, correlator.value);
+    json.EndObject();
+  }
+  json.EndArray();
+  json.EndObject();
+}
+
+void MessageItem(TJson &json, const TCIMXMLMessage &message) {
+  static const char *const kKinds[] = {"SIMPLEREQ",    "MULTIREQ",     "SIMPLERSP",
+                                       "MULTIRSP",     "SIMPLEEXPREQ", "MULTIEXPREQ",
+                                       "SIMPLEEXPRSP", "MULTIEXPRSP"};
+  json.StartObject();
+  json.Key("item");
+  json.String("message");
+  json.Key("sequence");
+  json.Uint64(message.sequence);
+  json.Key("line");
+  json.Uint(message.line);
+  json.Key("id");
+  Text(json, message.id);
+  json.Key("protocolVersion");
+  Text(json, message.protocolVersion);
+  json.Key("kind");
+  json.String(kKinds[static_cast<int>(message.kind)]);
+  json.Key("firstOperation");
+  json.Uint64(message.firstOperation);
+  json.Key("operationCount");
+  json.Uint64(message.operationCount);
+  json.EndObject();
+}
+
+/// A document on a stream. Each item (an object, an operation, a message)
+/// is written whole into a buffer of its own first and copied into the
+/// document once complete: an exception out of the object model half-way
+/// through one costs that item and never the document's structure.
+class TJsonDocument {
+public:
+  using TDocumentWriter = rapidjson::Writer<TBlockStream>;
+
+  explicit TJsonDocument(std::ostream &out) : stream(out), document(stream), item(itemBuffer) {}
+
+  TDocumentWriter &Writer() { return document; }
+
+  template <class TWrite> void Item(const TWrite &write) {
+    itemBuffer.Clear();
+    item.Reset(itemBuffer);
+    item.nesting = 0;
+    write(item);
+    document.RawValue(itemBuffer.GetString(), itemBuffer.GetSize(), rapidjson::kObjectType);
+  }
+
+  /// The namespace's qualifier declarations, classes (superclasses first)
+  /// and instances, each an item. One that the object model fails to give
+  /// is left out with a line saying so, and the rest are written.
+  void Namespace(ICIMNamespace &ns) {
+    document.StartObject();
+    document.Key("name");
+    Text(document, ns.GetName());
+    document.Key("qualifierDeclarations");
+    Items(ns.GetQualifierDecls(), "qualifier declaration", QualifierDecl);
+    document.Key("classes");
+    Items(ns.GetClasses(), "class", Class);
+    document.Key("instances");
+    Items(ns.GetInstances("", false), "instance", Instance);
+    document.EndObject();
+  }
+
+  template <class TObject>
+  void Items(const std::vector<boost::shared_ptr<TObject>> &objects, const char *kind,
+             void (*write)(TJson &, TObject &)) {
+    document.StartArray();
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      try {
+        Item([&](TJson &json) { write(json, *objects[i]); });
+      } catch (const TORVException &ex) {
+        TRootObject::Log(3, std::string("JSON: ") + kind + " " + std::to_string(i + 1) +
+                                " of the namespace left out: " + ex.what());
+      }
+    }
+    document.EndArray();
+  }
+
+  /// Writes out what the block holds; the writer flushes by itself only
+  /// once the document's root is complete.
+  void Flush() { stream.Flush(); }
+  void Put(char c) { stream.Put(c); }
+
+private:
+  TBlockStream stream;
+  TDocumentWriter document;
+  rapidjson::StringBuffer itemBuffer;
+  TJson item;
+};
+
+} // namespace
+
+// ---- TJsonWriter -----------------------------------------------------------
+
+struct TJsonWriter::TImpl {
+  explicit TImpl(std::ostream &out) : document(out) {}
+
+  /// Opens the document's root and its "files" on the first call.
+  TJsonDocument::TDocumentWriter &Files() {
+    TJsonDocument::TDocumentWriter &writer = document.Writer();
+    if (!started) {
+      writer.StartObject();
+      writer.Key("files");
+      writer.StartArray();
+      started = true;
+    }
+    return writer;
+  }
+
+  void OpenEntry(const std::string *fileName) {
+    TJsonDocument::TDocumentWriter &writer = Files();
+    writer.StartObject();
+    if (fileName != nullptr) {
+      writer.Key("file");
+      Text(writer, *fileName);
+    }
+    writer.Key("items");
+    writer.StartArray();
+    entryOpen = true;
+    counts = TCounts();
+  }
+
+  /// An item for the open entry, opening one without a name if need be.
+  template <class TWrite> bool Item(const TWrite &write) {
+    if (finished)
+      return false;
+    if (!entryOpen)
+      OpenEntry(nullptr);
+    document.Item(write);
+    return true;
+  }
+
+  static void Failure(TJsonDocument::TDocumentWriter &writer, const std::exception &failure) {
+    writer.Key("failure");
+    writer.StartObject();
+    if (const auto *status = dynamic_cast<const TORVException *>(&failure)) {
+      writer.Key("status");
+      writer.Int(static_cast<int>(status->GetStatusCode()));
+    }
+    writer.Key("text");
+    Text(writer, failure.what());
+    writer.EndObject();
+  }
+
+  struct TCounts {
+    std::uint64_t qualifierDeclarations = 0;
+    std::uint64_t classes = 0;
+    std::uint64_t instances = 0;
+    std::uint64_t paths = 0;
+    std::uint64_t operations = 0;
+  };
+
+  TJsonDocument document;
+  TCounts counts;
+  bool started = false;
+  bool entryOpen = false;
+  bool finished = false;
+};
+
+TJsonWriter::TJsonWriter(std::ostream &out) : impl(std::make_unique<TImpl>(out)) {}
+
+TJsonWriter::~TJsonWriter() = default;
+
+void TJsonWriter::BeginFile(const std::string &fileName) {
+  if (impl->finished)
+    return;
+  EndFile();
+  impl->OpenEntry(&fileName);
+}
+
+void TJsonWriter::Object(const TCIMXMLObject &object) {
+  if (!impl->Item([&](TJson &json) { ObjectItem(json, object); }))
+    return;
+  switch (object.kind) {
+  case TCIMXMLObject::EKind::kQualifierDecl:
+    ++impl->counts.qualifierDeclarations;
+    break;
+  case TCIMXMLObject::EKind::kClass:
+    ++impl->counts.classes;
+    break;
+  case TCIMXMLObject::EKind::kInstance:
+    ++impl->counts.instances;
+    break;
+  case TCIMXMLObject::EKind::kClassPath:
+  case TCIMXMLObject::EKind::kInstancePath:
+    ++impl->counts.paths;
+    break;
+  }
+}
+
+void TJsonWriter::Operation(const TCIMXMLOperation &operation) {
+  if (impl->Item([&](TJson &json) { OperationItem(json, operation); }))
+    ++impl->counts.operations;
+}
+
+void TJsonWriter::Message(const TCIMXMLMessage &message) {
+  impl->Item([&](TJson &json) { MessageItem(json, message); });
+}
+
+void TJsonWriter::EndFile(const std::exception *failure) {
+  if (!impl->entryOpen || impl->finished)
+    return;
+  TJsonDocument::TDocumentWriter &writer = impl->document.Writer();
+  writer.EndArray();
+  const TImpl::TCounts &counts = impl->counts;
+  writer.Key("counts");
+  writer.StartObject();
+  writer.Key("qualifierDeclarations");
+  writer.Uint64(counts.qualifierDeclarations);
+  writer.Key("classes");
+  writer.Uint64(counts.classes);
+  writer.Key("instances");
+  writer.Uint64(counts.instances);
+  writer.Key("paths");
+  writer.Uint64(counts.paths);
+  writer.Key("operations");
+  writer.Uint64(counts.operations);
+  writer.EndObject();
+  if (failure != nullptr)
+    TImpl::Failure(writer, *failure);
+  writer.EndObject();
+  impl->entryOpen = false;
+}
+
+void TJsonWriter::ClassicFile(const std::string &fileName, std::size_t classes,
+                              std::size_t instances, const std::exception *failure) {
+  if (impl->finished)
+    return;
+  EndFile();
+  TJsonDocument::TDocumentWriter &writer = impl->Files();
+  writer.StartObject();
+  writer.Key("file");
+  Text(writer, fileName);
+  if (failure != nullptr) {
+    TImpl::Failure(writer, *failure);
+  } else {
+    writer.Key("counts");
+    writer.StartObject();
+    writer.Key("classes");
+    writer.Uint64(classes);
+    writer.Key("instances");
+    writer.Uint64(instances);
+    writer.EndObject();
+  }
+  writer.EndObject();
+}
+
+void TJsonWriter::Finish(ICIMNamespace *ns) {
+  if (impl->finished)
+    return;
+  EndFile();
+  TJsonDocument::TDocumentWriter &writer = impl->Files();
+  writer.EndArray();
+  if (ns != nullptr) {
+    writer.Key("namespace");
+    impl->document.Namespace(*ns);
+  }
+  writer.EndObject();
+  impl->document.Put('\n');
+  impl->document.Flush();
+  impl->finished = true;
+}
+
+// ---- single objects --------------------------------------------------------
+
+namespace {
+
+template <class TWrite> void WriteItem(std::ostream &out, const TWrite &write) {
+  TJsonDocument document(out);
+  document.Item(write);
+}
+
+} // namespace
+
+void WriteJson(std::ostream &out, ICIMQualifierDecl &declaration) {
+  WriteItem(out, [&](TJson &json) { QualifierDecl(json, declaration); });
+}
+
+void WriteJson(std::ostream &out, ICIMClass &cls) {
+  WriteItem(out, [&](TJson &json) { Class(json, cls); });
+}
+
+void WriteJson(std::ostream &out, ICIMInstance &instance) {
+  WriteItem(out, [&](TJson &json) { Instance(json, instance); });
+}
+
+void WriteJson(std::ostream &out, ICIMNamespace &ns) {
+  TJsonDocument document(out);
+  document.Namespace(ns);
+}
+
+} // namespace NVRNORV20
