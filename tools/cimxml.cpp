@@ -1,9 +1,9 @@
 // cimxml: reads CIM-XML documents and reports what each held; optionally
-// prints it as MOF and lists its operations.
+// prints it as MOF and lists its operations, or writes it all as JSON.
 //
 // Standard output carries only results (one summary line per file, the MOF,
-// the operations), so scripts can read it; everything else goes to standard
-// error.
+// the operations, or one JSON document), so scripts can read it; everything
+// else goes to standard error.
 #include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/CIMReference.h"
@@ -12,6 +12,7 @@
 #include "core_api/ORVStatusCode.h"
 #include "core_api/OSSpecific.h"
 #include "populate/NamespacePopulator.h"
+#include "write/JsonWriter.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,6 +24,7 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <iostream>
 #include <map>
 #include <memory>
 #include <set>
@@ -50,6 +52,7 @@ const char kDescription[] =
     "CreateClass and CreateInstance requests), loads every file into one\n"
     "namespace, and prints:\n"
     "  FILE: N classes, M instances\n"
+    "With --json it prints instead one JSON document of everything it read.\n"
     "A file that fails prints instead, on standard error:\n"
     "  FILE: failed: status S (TEXT)\n"
     "and the next file is read. Without FILE the bundled example schema is read.\n";
@@ -87,6 +90,7 @@ public:
 struct TOptions {
   bool classic = false;
   bool instances = false;
+  bool json = false;
   bool mof = false;
   bool operations = false;
   bool quiet = false;
@@ -120,12 +124,17 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
   CLI::Option *classic = app.add_flag("--classic", options.classic,
                                       "read the classic grammar, loading every file into one\n"
                                       "namespace, as the loaders always did");
-  app.add_flag("--mof", options.mof,
-               "print MOF on standard output. Full grammar: after each\n"
-               "file's line, the objects it gave back in document order,\n"
-               "a path as a \"// path: PATH\" line. With --classic: after\n"
-               "all files, the namespace: qualifier declarations, classes\n"
-               "(superclasses first), instances");
+  CLI::Option *mof = app.add_flag("--mof", options.mof,
+                                  "print MOF on standard output. Full grammar: after each\n"
+                                  "file's line, the objects it gave back in document order,\n"
+                                  "a path as a \"// path: PATH\" line. With --classic: after\n"
+                                  "all files, the namespace: qualifier declarations, classes\n"
+                                  "(superclasses first), instances");
+  CLI::Option *json = app.add_flag("--json", options.json,
+                                   "print, instead of the summary lines, one JSON document:\n"
+                                   "each file's name and, in the full grammar, the items it\n"
+                                   "gave back, as they are read; with --classic, after all\n"
+                                   "files, the namespace (docs/cimxml-tool.md gives the shape)");
   app.add_flag("--quiet", options.quiet,
                "do not show the loader's messages, which otherwise go to\n"
                "standard error as \"[LEVEL] TEXT\" lines");
@@ -142,20 +151,21 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
       ->allow_extra_args(false)
       ->excludes(classic)
       ->group(full);
-  app.add_flag("--operations", options.operations,
-               "after each file's line (and MOF), print its operations,\n"
-               "one a line:\n"
-               "  KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE]\n"
-               "    [error CODE \"TEXT\"] [correlator NAME=VALUE]...\n"
-               "with \"N objects\" for a value given as objects")
-      ->excludes(classic)
-      ->group(full);
+  CLI::Option *operations = app.add_flag("--operations", options.operations,
+                                         "after each file's line (and MOF), print its operations,\n"
+                                         "one a line:\n"
+                                         "  KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE]\n"
+                                         "    [error CODE \"TEXT\"] [correlator NAME=VALUE]...\n"
+                                         "with \"N objects\" for a value given as objects")
+                                ->excludes(classic)
+                                ->group(full);
   app.add_flag("--instances", options.instances,
                "read the files as instance documents (by default they are\n"
                "read as class documents)")
       ->needs(classic)
       ->group("Classic grammar (--classic)");
   app.add_option("FILE", options.files, "the documents, read in order")->type_name("");
+  json->excludes(mof)->excludes(operations);
 }
 
 /// The first argument before "--" that CLI11 did not recognise, or that
@@ -229,28 +239,39 @@ void Print(const std::string &text) {
   std::fflush(stdout);
 }
 
-/// Runs step, reporting its failure as the file's; false when it failed.
-template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
+/// Runs step, reporting its failure as the file's and handing it to failed;
+/// false when it failed.
+template <typename TStep, typename TFailed>
+bool Attempt(const std::string &fileName, TStep step, TFailed failed) {
   try {
     step();
     return true;
   } catch (const TORVException &ex) {
     std::fprintf(stderr, "%s: failed: status %d (%s)\n", fileName.c_str(),
                  static_cast<int>(ex.GetStatusCode()), ex.what());
+    failed(ex);
   } catch (const std::exception &ex) {
     // The library promises TORVException only; anything else is still one
     // file's failure, not the tool's.
     std::fprintf(stderr, "%s: failed: %s\n", fileName.c_str(), ex.what());
+    failed(ex);
   }
   return false;
 }
 
+template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
+  return Attempt(fileName, step, [](const std::exception &) {});
+}
+
 /// Loads the file, then prints what it held, then its statistics when asked
-/// for; false when loading or printing failed. Only the load is timed.
-template <typename TLoad, typename TPrint>
-bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad load, TPrint print) {
+/// for; false when loading or printing failed. A failed load goes to failed.
+/// Only the load is timed (with --json in the full grammar, that includes
+/// writing the items, which go out as they are read).
+template <typename TLoad, typename TPrint, typename TFailed>
+bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad load, TPrint print,
+                 TFailed failed) {
   const auto start = std::chrono::steady_clock::now();
-  bool done = Attempt(fileName, load);
+  bool done = Attempt(fileName, load, failed);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   done = done && Attempt(fileName, print);
   if (options.stats)
@@ -258,8 +279,9 @@ bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad loa
   return done;
 }
 
+/// json, when given, gets the file's entry instead of its summary line.
 bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
-                 const TOptions &options) {
+                 const TOptions &options, TJsonWriter *json) {
   std::size_t classes = 0;
   std::size_t instances = 0;
   return ProcessFile(
@@ -271,8 +293,15 @@ bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
           classes = TNamespacePopulator::PopulateFromXMLFile(ns, fileName).size();
       },
       [&] {
-        Print(fileName + ": " + std::to_string(classes) + " classes, " + std::to_string(instances) +
-              " instances\n");
+        if (json != nullptr)
+          json->ClassicFile(fileName, classes, instances);
+        else
+          Print(fileName + ": " + std::to_string(classes) + " classes, " +
+                std::to_string(instances) + " instances\n");
+      },
+      [&](const std::exception &failure) {
+        if (json != nullptr)
+          json->ClassicFile(fileName, 0, 0, &failure);
       });
 }
 
@@ -470,7 +499,21 @@ bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
         TNamespacePopulator::Populate(
             ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, result);
       },
-      [&] { Print(FullReport(fileName, result, options)); });
+      [&] { Print(FullReport(fileName, result, options)); }, [](const std::exception &) {});
+}
+
+/// Reads one file in the full grammar, its items written as they arrive;
+/// a file that fails keeps those written before, and says why.
+bool ReadJson(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+              const TOptions &options, TJsonWriter &json) {
+  json.BeginFile(fileName);
+  return ProcessFile(
+      fileName, options,
+      [&] {
+        TNamespacePopulator::Populate(
+            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, json);
+      },
+      [&] { json.EndFile(); }, [&](const std::exception &failure) { json.EndFile(&failure); });
 }
 
 bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
@@ -486,7 +529,7 @@ bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
 /// The exit status once standard output is flushed: a write that failed
 /// (a full disk, a closed stream) fails the run, whatever loaded.
 int Finish(int status) {
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good())
     return status;
   std::fprintf(stderr, "cimxml: cannot write standard output: %s\n", std::strerror(errno));
   return status == kExitUsage ? kExitUsage : kExitFailed;
@@ -499,12 +542,25 @@ bool Run(const TOptions &options) {
   for (const std::string &schema : options.schemas)
     allRead =
         Attempt(schema, [&] { TNamespacePopulator::PopulateFromXMLFile(ns, schema); }) && allRead;
-  for (const std::string &fileName : options.files)
-    allRead =
-        (options.classic ? LoadClassic(ns, fileName, options) : ReadFull(ns, fileName, options)) &&
-        allRead;
-  if (options.classic && options.mof)
+  std::unique_ptr<TJsonWriter> json;
+  if (options.json)
+    json = std::make_unique<TJsonWriter>(std::cout);
+  for (const std::string &fileName : options.files) {
+    bool read = false;
+    if (options.classic)
+      read = LoadClassic(ns, fileName, options, json.get());
+    else if (json)
+      read = ReadJson(ns, fileName, options, *json);
+    else
+      read = ReadFull(ns, fileName, options);
+    allRead = read && allRead;
+  }
+  if (json) {
+    json->Finish(options.classic ? ns.get() : nullptr);
+    std::cout.flush();
+  } else if (options.classic && options.mof) {
     allRead = PrintMOF(ns) && allRead;
+  }
   return allRead;
 }
 

@@ -619,17 +619,22 @@ void MessageItem(TJson &json, const TCIMXMLMessage &message) {
 /// A document on a stream. Each item (an object, an operation, a message)
 /// is written whole into a buffer of its own first and copied into the
 /// document once complete: an exception out of the object model half-way
-/// through one costs that item and never the document's structure.
+/// through one costs that item and never the document's structure. With
+/// itemLines, each item starts a line, so that line tools can take a large
+/// document apart.
 class TJsonDocument {
 public:
   using TDocumentWriter = rapidjson::Writer<TBlockStream>;
 
-  explicit TJsonDocument(std::ostream &out) : stream(out), document(stream), item(itemBuffer) {}
+  TJsonDocument(std::ostream &out, bool itemLines)
+      : stream(out), document(stream), item(itemBuffer), lines(itemLines) {}
 
   TDocumentWriter &Writer() { return document; }
 
   template <class TWrite> void Item(const TWrite &write) {
     itemBuffer.Clear();
+    if (lines)
+      itemBuffer.Put('\n');
     item.Reset(itemBuffer);
     item.nesting = 0;
     write(item);
@@ -677,6 +682,7 @@ private:
   TDocumentWriter document;
   rapidjson::StringBuffer itemBuffer;
   TJson item;
+  bool lines;
 };
 
 } // namespace
@@ -684,7 +690,7 @@ private:
 // ---- TJsonWriter -----------------------------------------------------------
 
 struct TJsonWriter::TImpl {
-  explicit TImpl(std::ostream &out) : document(out) {}
+  explicit TImpl(std::ostream &out) : document(out, true) {}
 
   /// Opens the document's root and its "files" on the first call.
   TJsonDocument::TDocumentWriter &Files() {
@@ -857,7 +863,7 @@ void TJsonWriter::Finish(ICIMNamespace *ns) {
 namespace {
 
 template <class TWrite> void WriteItem(std::ostream &out, const TWrite &write) {
-  TJsonDocument document(out);
+  TJsonDocument document(out, false);
   document.Item(write);
 }
 
@@ -876,7 +882,7 @@ void WriteJson(std::ostream &out, ICIMInstance &instance) {
 }
 
 void WriteJson(std::ostream &out, ICIMNamespace &ns) {
-  TJsonDocument document(out);
+  TJsonDocument document(out, true);
   document.Namespace(ns);
 }
 

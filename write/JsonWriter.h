@@ -30,9 +30,10 @@ namespace NVRNORV20 {
 /// Writes one JSON document to a stream: {"files": [FILE...]} and, when
 /// Finish is given one, "namespace" after them. Each file's entry holds the
 /// items the full grammar hands over, in the order they arrive, each written
-/// when it arrives: nothing is kept beyond the item being written, so an
-/// enumeration of any size goes out in the memory of its largest item. The
-/// stream's state is the caller's to check; the writer never throws for it.
+/// when it arrives and on a line of its own: nothing is kept beyond the item
+/// being written, so an enumeration of any size goes out in the memory of
+/// its largest item. The stream's state is the caller's to check; the writer
+/// never throws for it.
 class ORVWRITE_API TJsonWriter : public ICIMXMLHandler {
 public:
   explicit TJsonWriter(std::ostream &out);
@@ -70,9 +71,11 @@ private:
 };
 
 /// One object, or a whole namespace (its qualifier declarations, classes in
-/// definition order so that a superclass comes first, then instances), as
-/// one JSON object of the shape the document uses. An exception out of the
-/// object model leaves what was written so far on the stream.
+/// definition order so that a superclass comes first, then instances, each
+/// on a line of its own), as one JSON object of the shape the document uses.
+/// An exception out of the object model leaves a single object unwritten and
+/// goes on to the caller; in a namespace, it leaves that object out with a
+/// line to the core logger, and the rest is written.
 ORVWRITE_API void WriteJson(std::ostream &out, ICIMQualifierDecl &declaration);
 ORVWRITE_API void WriteJson(std::ostream &out, ICIMClass &cls);
 ORVWRITE_API void WriteJson(std::ostream &out, ICIMInstance &instance);

@@ -3,6 +3,7 @@
 #include "populate/NamespacePopulator.h"
 #include "support/Fixtures.h"
 
+#include <rapidjson/document.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -78,7 +79,8 @@ std::string Failed(const std::string &path, int status, const std::string &text)
 TEST_F(CimxmlToolTest, UnwritableOutputFails) {
   const std::string example = std::string(ORV_EXAMPLES_DIR) + "/schema.xml";
   for (const auto &arguments : {Classic({"--quiet", "--mof", example}), Classic({"--help"}),
-                                std::vector<std::string>{"--quiet", "--mof", example}}) {
+                                std::vector<std::string>{"--quiet", "--mof", example},
+                                std::vector<std::string>{"--quiet", "--json", example}}) {
     SCOPED_TRACE(arguments.size());
     const TRun run = Run(arguments, "/dev/full");
     EXPECT_EQ(1, run.status);
@@ -108,6 +110,15 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
                broken + "'\n" + Failed(broken, 9, "Document is not valid CIM-XML")},
           // After "--" every argument is a file.
           {{"--quiet", "--", "--mof"}, 1, "", Failed("--mof", 11, "File access failed")},
+          // The files' counts, then the namespace; a file that fails says so.
+          {{"--json", "--quiet", good, missing},
+           1,
+           "{\"files\":[{\"file\":\"" + good +
+               "\",\"counts\":{\"classes\":0,\"instances\":0}},{\"file\":\"" + missing +
+               "\",\"failure\":{\"status\":11,\"text\":\"File access failed\"}}],"
+               "\"namespace\":{\"name\":\"root/cimv2\",\"qualifierDeclarations\":[],"
+               "\"classes\":[],\"instances\":[]}}\n",
+           Failed(missing, 11, "File access failed")},
           {{"--mo", "x"}, 2, "", "cimxml: unknown option '--mo'\nUsage: cimxml", true},
           {{"-x"}, 2, "", "cimxml: unknown option '-x'\nUsage: cimxml", true},
           {{"-5"}, 2, "", "cimxml: unknown option '-5'\nUsage: cimxml", true},
@@ -226,6 +237,23 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Read(indication, 0, 0, 1, 0, 1),
            Failed(missing, 11, "File access failed") +
                Failed(message + "z", 11, "File access failed")},
+          // Each file's items as they are read, one a line; a file that fails
+          // keeps those it gave and says why.
+          {{"--json", "--quiet", missing, indication},
+           1,
+           "{\"files\":[{\"file\":\"" + missing +
+               "\",\"items\":[],\"counts\":{\"qualifierDeclarations\":0,\"classes\":0,"
+               "\"instances\":0,\"paths\":0,\"operations\":0},\"failure\":{\"status\":11,"
+               "\"text\":\"File access failed\"}},{\"file\":\"" +
+               indication + "\",\"items\":[\n{\"item\":\"instance\",",
+           Failed(missing, 11, "File access failed"),
+           true},
+          {{"--json", "--mof", request}, 2, "", "cimxml: --mof excludes --json\n", true},
+          {{"--operations", "--json", request},
+           2,
+           "",
+           "cimxml: --json excludes --operations\n",
+           true},
           {{"--schema"}, 2, "", "cimxml: --schema: 1 required FILE missing\nUsage: cimxml", true},
           {{"--schema=", request},
            2,
@@ -237,6 +265,48 @@ TEST_F(CimxmlToolTest, FullGrammar) {
           {{"--bogus", "--help"}, 2, "", "cimxml: unknown option '--bogus'\nUsage: cimxml", true},
       },
       {});
+}
+
+// With --json, standard output is one JSON document whose counts are the
+// summary lines' numbers.
+TEST_F(CimxmlToolTest, JsonCountsAreTheSummaryLines) {
+  const std::string examples = std::string(ORV_EXAMPLES_DIR) + "/";
+  const std::vector<std::string> files = {examples + "message.xml", examples + "request.xml",
+                                          examples + "response.xml", examples + "indication.xml"};
+  std::vector<std::string> arguments = {"--quiet", "--schema", kSchema};
+  arguments.insert(arguments.end(), files.begin(), files.end());
+  const std::string summary = Run(arguments).out;
+  arguments.push_back("--json");
+  const TRun run = Run(arguments);
+  EXPECT_EQ(0, run.status);
+  rapidjson::Document document;
+  document.Parse(run.out.c_str());
+  ASSERT_FALSE(document.HasParseError()) << run.out;
+  std::string lines;
+  for (const rapidjson::Value &file : document["files"].GetArray()) {
+    const rapidjson::Value &counts = file["counts"];
+    lines += Read(file["file"].GetString(), counts["qualifierDeclarations"].GetInt(),
+                  counts["classes"].GetInt(), counts["instances"].GetInt(),
+                  counts["paths"].GetInt(), counts["operations"].GetInt());
+  }
+  EXPECT_EQ(summary, lines);
+}
+
+// The example of docs/cimxml-tool.md is what the tool writes (the page runs
+// it from the source tree, so its file name is relative).
+TEST_F(CimxmlToolTest, JsonExampleOfTheGuide) {
+  const std::string page = ReadFile(std::string(ORV_EXAMPLES_DIR) + "/../docs/cimxml-tool.md");
+  const std::size_t begin = page.find("```json\n");
+  ASSERT_NE(std::string::npos, begin);
+  const std::string shown = page.substr(begin + 8, page.find("```", begin + 8) - begin - 8);
+  const std::string response = std::string(ORV_EXAMPLES_DIR) + "/response.xml";
+  const TRun run = Run({"--json", "--schema", kSchema, response});
+  rapidjson::Document expected, written;
+  expected.Parse(shown.c_str());
+  written.Parse(run.out.c_str());
+  ASSERT_FALSE(expected.HasParseError() || written.HasParseError());
+  expected["files"][0]["file"].SetString(response.c_str(), expected.GetAllocator());
+  EXPECT_TRUE(expected == written) << run.out;
 }
 
 } // namespace
