@@ -9,8 +9,10 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -42,6 +44,18 @@ public:
   void Flush() {
     out.write(block.data(), static_cast<std::streamsize>(used));
     used = 0;
+  }
+  /// Bytes in one copy, where Put would take them one at a time.
+  void Write(const char *bytes, std::size_t length) {
+    while (length != 0) {
+      if (used == block.size())
+        Flush();
+      const std::size_t part = std::min(length, block.size() - used);
+      std::memcpy(block.data() + used, bytes, part);
+      used += part;
+      bytes += part;
+      length -= part;
+    }
   }
 
 private:
@@ -123,6 +137,14 @@ template <class TWriter> void Text(TWriter &json, const std::string &text) {
   json.String(written->data(), static_cast<SizeType>(written->size()));
 }
 
+/// A member's name, and a fixed word as a value: their lengths are known.
+template <class TWriter, std::size_t N> void Key(TWriter &json, const char (&name)[N]) {
+  json.Key(name, static_cast<SizeType>(N - 1));
+}
+template <class TWriter, std::size_t N> void Word(TWriter &json, const char (&word)[N]) {
+  json.String(word, static_cast<SizeType>(N - 1));
+}
+
 /// "uint8", "uint8[]" for an array type, null for no type.
 void Type(TJson &json, TCIMType type) {
   if (type.GetElementType() == kCIMTypeNone) {
@@ -134,11 +156,11 @@ void Type(TJson &json, TCIMType type) {
 
 void Flavor(TJson &json, std::uint32_t flavor) {
   json.StartObject();
-  json.Key("overridable");
+  Key(json, "overridable");
   json.Bool((flavor & ICIMQualifierDecl::kFlavorOverridable) != 0);
-  json.Key("toSubclass");
+  Key(json, "toSubclass");
   json.Bool((flavor & ICIMQualifierDecl::kFlavorToSubclass) != 0);
-  json.Key("translatable");
+  Key(json, "translatable");
   json.Bool((flavor & ICIMQualifierDecl::kFlavorTranslatable) != 0);
   json.EndObject();
 }
@@ -152,27 +174,27 @@ void Class(TJson &json, ICIMClass &cls);
 void Path(TJson &json, const TCIMReference &path, bool keys) {
   json.StartObject();
   if (!path.GetHost().empty()) {
-    json.Key("host");
+    Key(json, "host");
     Text(json, path.GetHost());
   }
   if (!path.GetNamespaceName().empty()) {
-    json.Key("namespace");
+    Key(json, "namespace");
     Text(json, path.GetNamespaceName());
   }
   if (!path.GetClassName().empty()) {
-    json.Key("className");
+    Key(json, "className");
     Text(json, path.GetClassName());
   }
   if (keys) {
-    json.Key("keys");
+    Key(json, "keys");
     json.StartArray();
     for (const TCIMReference::TKeyBinding &key : path.GetKeyBindings()) {
       json.StartObject();
-      json.Key("name");
+      Key(json, "name");
       Text(json, key.first);
-      json.Key("type");
+      Key(json, "type");
       Type(json, key.second.GetType());
-      json.Key("value");
+      Key(json, "value");
       Value(json, key.second);
       json.EndObject();
     }
@@ -288,20 +310,20 @@ void Value(TJson &json, const TCIMValue &value) {
 }
 
 void Qualifiers(TJson &json, ICIMQualifiedObject &object) {
-  json.Key("qualifiers");
+  Key(json, "qualifiers");
   json.StartArray();
   for (const boost::shared_ptr<ICIMQualifier> &qualifier : object.GetQualifiers()) {
     json.StartObject();
-    json.Key("name");
+    Key(json, "name");
     Text(json, qualifier->GetName());
-    json.Key("type");
+    Key(json, "type");
     Type(json, qualifier->GetType());
-    json.Key("value");
+    Key(json, "value");
     Value(json, qualifier->GetValue());
-    json.Key("flavor");
+    Key(json, "flavor");
     Flavor(json, qualifier->GetFlavor());
     if (qualifier->IsPropagated()) {
-      json.Key("propagated");
+      Key(json, "propagated");
       json.Bool(true);
     }
     json.EndObject();
@@ -325,24 +347,24 @@ constexpr TScopeName kScopeNames[] = {
 
 void QualifierDecl(TJson &json, ICIMQualifierDecl &declaration) {
   json.StartObject();
-  json.Key("name");
+  Key(json, "name");
   Text(json, declaration.GetName());
-  json.Key("type");
+  Key(json, "type");
   Type(json, declaration.GetType());
   if (declaration.GetArraySize() != 0) {
-    json.Key("arraySize");
+    Key(json, "arraySize");
     json.Uint(declaration.GetArraySize());
   }
-  json.Key("value");
+  Key(json, "value");
   Value(json, declaration.GetDefaultValue());
-  json.Key("scope");
+  Key(json, "scope");
   json.StartArray();
   const std::uint32_t scope = declaration.GetScope();
   for (const TScopeName &scopeName : kScopeNames)
     if ((scope & scopeName.bit) != 0)
       json.String(scopeName.name);
   json.EndArray();
-  json.Key("flavor");
+  Key(json, "flavor");
   Flavor(json, declaration.GetFlavor());
   json.EndObject();
 }
@@ -352,29 +374,29 @@ void QualifierDecl(TJson &json, ICIMQualifierDecl &declaration) {
 void ArrayAndReference(TJson &json, TCIMType type, unsigned int arraySize,
                        const std::string &referenceClass) {
   if (type.IsArray() && arraySize != 0) {
-    json.Key("arraySize");
+    Key(json, "arraySize");
     json.Uint(arraySize);
   }
   if (type.GetElementType() == kCIMTypeReference && !referenceClass.empty()) {
-    json.Key("referenceClass");
+    Key(json, "referenceClass");
     Text(json, referenceClass);
   }
 }
 
 void Property(TJson &json, ICIMPropertyDecl &property) {
   json.StartObject();
-  json.Key("name");
+  Key(json, "name");
   Text(json, property.GetName());
   const TCIMType type = property.GetType();
-  json.Key("type");
+  Key(json, "type");
   Type(json, type);
   const TCIMValue value = property.GetValue();
   ArrayAndReference(json, type, value.IsNull() ? value.GetCount() : 0,
                     type.GetElementType() == kCIMTypeReference ? property.GetReferenceClassName()
                                                                : std::string());
-  json.Key("classOrigin");
+  Key(json, "classOrigin");
   Text(json, property.GetClassOrigin());
-  json.Key("value");
+  Key(json, "value");
   Value(json, value);
   Qualifiers(json, property);
   json.EndObject();
@@ -382,9 +404,9 @@ void Property(TJson &json, ICIMPropertyDecl &property) {
 
 void Parameter(TJson &json, ICIMParameter &parameter) {
   json.StartObject();
-  json.Key("name");
+  Key(json, "name");
   Text(json, parameter.GetName());
-  json.Key("type");
+  Key(json, "type");
   Type(json, parameter.GetType());
   ArrayAndReference(json, parameter.GetType(), parameter.GetArraySize(),
                     parameter.GetReferenceClassName());
@@ -394,14 +416,14 @@ void Parameter(TJson &json, ICIMParameter &parameter) {
 
 void Method(TJson &json, ICIMMethod &method) {
   json.StartObject();
-  json.Key("name");
+  Key(json, "name");
   Text(json, method.GetName());
-  json.Key("returnType");
+  Key(json, "returnType");
   Type(json, method.GetReturnType());
-  json.Key("classOrigin");
+  Key(json, "classOrigin");
   Text(json, method.GetClassOrigin());
   Qualifiers(json, method);
-  json.Key("parameters");
+  Key(json, "parameters");
   json.StartArray();
   for (const boost::shared_ptr<ICIMParameter> &parameter : method.GetParameters())
     Parameter(json, *parameter);
@@ -413,20 +435,20 @@ void Method(TJson &json, ICIMMethod &method) {
 /// each with the class that declared it.
 void Class(TJson &json, ICIMClass &cls) {
   json.StartObject();
-  json.Key("name");
+  Key(json, "name");
   Text(json, cls.GetName());
-  json.Key("superClass");
+  Key(json, "superClass");
   if (cls.GetSuperClassName().empty())
     json.Null();
   else
     Text(json, cls.GetSuperClassName());
   Qualifiers(json, cls);
-  json.Key("properties");
+  Key(json, "properties");
   json.StartArray();
   for (const boost::shared_ptr<ICIMPropertyDecl> &property : cls.GetProperties())
     Property(json, *property);
   json.EndArray();
-  json.Key("methods");
+  Key(json, "methods");
   json.StartArray();
   for (const boost::shared_ptr<ICIMMethod> &method : cls.GetMethods())
     Method(json, *method);
@@ -436,21 +458,21 @@ void Class(TJson &json, ICIMClass &cls) {
 
 void Instance(TJson &json, ICIMInstance &instance) {
   json.StartObject();
-  json.Key("className");
+  Key(json, "className");
   Text(json, instance.GetClassName());
-  json.Key("properties");
+  Key(json, "properties");
   json.StartArray();
   for (const boost::shared_ptr<ICIMProperty> &property : instance.GetProperties()) {
     json.StartObject();
-    json.Key("name");
+    Key(json, "name");
     Text(json, property->GetName());
-    json.Key("type");
+    Key(json, "type");
     Type(json, property->GetDeclaredType());
     if (property->IsKey()) {
-      json.Key("key");
+      Key(json, "key");
       json.Bool(true);
     }
-    json.Key("value");
+    Key(json, "value");
     Value(json, property->GetValue());
     json.EndObject();
   }
@@ -470,20 +492,20 @@ void ObjectItem(TJson &json, const TCIMXMLObject &object) {
                                            "instancePath"};
   const char *item = kItemNames[static_cast<int>(object.kind)];
   json.StartObject();
-  json.Key("item");
+  Key(json, "item");
   json.String(item);
-  json.Key("sequence");
+  Key(json, "sequence");
   json.Uint64(object.sequence);
-  json.Key("line");
+  Key(json, "line");
   json.Uint(object.line);
   if (object.operation >= 0) {
-    json.Key("operation");
+    Key(json, "operation");
     json.Int64(object.operation);
-    json.Key("role");
+    Key(json, "role");
     Text(json, object.role);
   }
   if (object.hasPath) {
-    json.Key("path");
+    Key(json, "path");
     DocumentPath(json, object.path);
   }
   if (object.kind == EKind::kQualifierDecl || object.kind == EKind::kClass ||
@@ -506,39 +528,39 @@ void ObjectItem(TJson &json, const TCIMXMLObject &object) {
 void Argument(TJson &json, const TCIMXMLArgument &argument) {
   json.StartObject();
   if (!argument.name.empty()) {
-    json.Key("name");
+    Key(json, "name");
     Text(json, argument.name);
   }
-  json.Key("type");
+  Key(json, "type");
   Type(json, argument.type);
-  json.Key("value");
+  Key(json, "value");
   Value(json, argument.value);
   if (!argument.embeddedObject.empty()) {
-    json.Key("embeddedObject");
+    Key(json, "embeddedObject");
     Text(json, argument.embeddedObject);
   }
   if (argument.objectCount != 0) {
-    json.Key("firstObject");
+    Key(json, "firstObject");
     json.Uint64(argument.firstObject);
-    json.Key("objectCount");
+    Key(json, "objectCount");
     json.Uint64(argument.objectCount);
   }
   json.EndObject();
 }
 
 void OperationError(TJson &json, const TCIMXMLOperation &operation) {
-  json.Key("error");
+  Key(json, "error");
   json.StartObject();
-  json.Key("code");
+  Key(json, "code");
   json.Uint(operation.errorCode);
   if (!operation.errorDescription.empty()) {
-    json.Key("description");
+    Key(json, "description");
     Text(json, operation.errorDescription);
   }
   if (operation.errorInstanceCount != 0) {
-    json.Key("firstInstance");
+    Key(json, "firstInstance");
     json.Uint64(operation.firstErrorInstance);
-    json.Key("instanceCount");
+    Key(json, "instanceCount");
     json.Uint64(operation.errorInstanceCount);
   }
   json.EndObject();
@@ -549,42 +571,42 @@ void OperationItem(TJson &json, const TCIMXMLOperation &operation) {
   static const char *const kKinds[] = {"IMETHODCALL",     "METHODCALL",     "EXPMETHODCALL",
                                        "IMETHODRESPONSE", "METHODRESPONSE", "EXPMETHODRESPONSE"};
   json.StartObject();
-  json.Key("item");
-  json.String("operation");
-  json.Key("sequence");
+  Key(json, "item");
+  Word(json, "operation");
+  Key(json, "sequence");
   json.Uint64(operation.sequence);
-  json.Key("line");
+  Key(json, "line");
   json.Uint(operation.line);
-  json.Key("message");
+  Key(json, "message");
   json.Uint64(operation.message);
-  json.Key("kind");
+  Key(json, "kind");
   json.String(kKinds[static_cast<int>(operation.kind)]);
-  json.Key("method");
+  Key(json, "method");
   Text(json, operation.method);
   if (operation.hasTarget) {
-    json.Key("target");
+    Key(json, "target");
     DocumentPath(json, operation.target);
   }
-  json.Key("parameters");
+  Key(json, "parameters");
   json.StartArray();
   for (const TCIMXMLArgument &parameter : operation.parameters)
     Argument(json, parameter);
   json.EndArray();
   if (operation.hasReturnValue) {
-    json.Key("returnValue");
+    Key(json, "returnValue");
     Argument(json, operation.returnValue);
   }
   if (operation.hasError)
     OperationError(json, operation);
-  json.Key("correlators");
+  Key(json, "correlators");
   json.StartArray();
   for (const TCIMXMLCorrelator &correlator : operation.correlators) {
     json.StartObject();
-    json.Key("name");
+    Key(json, "name");
     Text(json, correlator.name);
-    json.Key("type");
+    Key(json, "type");
     Type(json, correlator.value.GetType());
-    json.Key("value");
+    Key(json, "value");
     Value(json, correlator.value);
     json.EndObject();
   }
@@ -597,21 +619,21 @@ void MessageItem(TJson &json, const TCIMXMLMessage &message) {
                                        "MULTIRSP",     "SIMPLEEXPREQ", "MULTIEXPREQ",
                                        "SIMPLEEXPRSP", "MULTIEXPRSP"};
   json.StartObject();
-  json.Key("item");
-  json.String("message");
-  json.Key("sequence");
+  Key(json, "item");
+  Word(json, "message");
+  Key(json, "sequence");
   json.Uint64(message.sequence);
-  json.Key("line");
+  Key(json, "line");
   json.Uint(message.line);
-  json.Key("id");
+  Key(json, "id");
   Text(json, message.id);
-  json.Key("protocolVersion");
+  Key(json, "protocolVersion");
   Text(json, message.protocolVersion);
-  json.Key("kind");
+  Key(json, "kind");
   json.String(kKinds[static_cast<int>(message.kind)]);
-  json.Key("firstOperation");
+  Key(json, "firstOperation");
   json.Uint64(message.firstOperation);
-  json.Key("operationCount");
+  Key(json, "operationCount");
   json.Uint64(message.operationCount);
   json.EndObject();
 }
@@ -638,7 +660,13 @@ public:
     item.Reset(itemBuffer);
     item.nesting = 0;
     write(item);
-    document.RawValue(itemBuffer.GetString(), itemBuffer.GetSize(), rapidjson::kObjectType);
+    // An empty raw value places the item in the document (the comma before
+    // it, the count of values); its bytes then go to the stream in one copy.
+    // Complete, a root has been flushed already: flush it again with them.
+    document.RawValue(itemBuffer.GetString(), 0, rapidjson::kObjectType);
+    stream.Write(itemBuffer.GetString(), itemBuffer.GetSize());
+    if (document.IsComplete())
+      stream.Flush();
   }
 
   /// The namespace's qualifier declarations, classes (superclasses first)
@@ -646,13 +674,13 @@ public:
   /// is left out with a line saying so, and the rest are written.
   void Namespace(ICIMNamespace &ns) {
     document.StartObject();
-    document.Key("name");
+    Key(document, "name");
     Text(document, ns.GetName());
-    document.Key("qualifierDeclarations");
+    Key(document, "qualifierDeclarations");
     Items(ns.GetQualifierDecls(), "qualifier declaration", QualifierDecl);
-    document.Key("classes");
+    Key(document, "classes");
     Items(ns.GetClasses(), "class", Class);
-    document.Key("instances");
+    Key(document, "instances");
     Items(ns.GetInstances("", false), "instance", Instance);
     document.EndObject();
   }
@@ -697,7 +725,7 @@ struct TJsonWriter::TImpl {
     TJsonDocument::TDocumentWriter &writer = document.Writer();
     if (!started) {
       writer.StartObject();
-      writer.Key("files");
+      Key(writer, "files");
       writer.StartArray();
       started = true;
     }
@@ -708,10 +736,10 @@ struct TJsonWriter::TImpl {
     TJsonDocument::TDocumentWriter &writer = Files();
     writer.StartObject();
     if (fileName != nullptr) {
-      writer.Key("file");
+      Key(writer, "file");
       Text(writer, *fileName);
     }
-    writer.Key("items");
+    Key(writer, "items");
     writer.StartArray();
     entryOpen = true;
     counts = TCounts();
@@ -728,13 +756,13 @@ struct TJsonWriter::TImpl {
   }
 
   static void Failure(TJsonDocument::TDocumentWriter &writer, const std::exception &failure) {
-    writer.Key("failure");
+    Key(writer, "failure");
     writer.StartObject();
     if (const auto *status = dynamic_cast<const TORVException *>(&failure)) {
-      writer.Key("status");
+      Key(writer, "status");
       writer.Int(static_cast<int>(status->GetStatusCode()));
     }
-    writer.Key("text");
+    Key(writer, "text");
     Text(writer, failure.what());
     writer.EndObject();
   }
@@ -800,17 +828,17 @@ void TJsonWriter::EndFile(const std::exception *failure) {
   TJsonDocument::TDocumentWriter &writer = impl->document.Writer();
   writer.EndArray();
   const TImpl::TCounts &counts = impl->counts;
-  writer.Key("counts");
+  Key(writer, "counts");
   writer.StartObject();
-  writer.Key("qualifierDeclarations");
+  Key(writer, "qualifierDeclarations");
   writer.Uint64(counts.qualifierDeclarations);
-  writer.Key("classes");
+  Key(writer, "classes");
   writer.Uint64(counts.classes);
-  writer.Key("instances");
+  Key(writer, "instances");
   writer.Uint64(counts.instances);
-  writer.Key("paths");
+  Key(writer, "paths");
   writer.Uint64(counts.paths);
-  writer.Key("operations");
+  Key(writer, "operations");
   writer.Uint64(counts.operations);
   writer.EndObject();
   if (failure != nullptr)
@@ -826,16 +854,16 @@ void TJsonWriter::ClassicFile(const std::string &fileName, std::size_t classes,
   EndFile();
   TJsonDocument::TDocumentWriter &writer = impl->Files();
   writer.StartObject();
-  writer.Key("file");
+  Key(writer, "file");
   Text(writer, fileName);
   if (failure != nullptr) {
     TImpl::Failure(writer, *failure);
   } else {
-    writer.Key("counts");
+    Key(writer, "counts");
     writer.StartObject();
-    writer.Key("classes");
+    Key(writer, "classes");
     writer.Uint64(classes);
-    writer.Key("instances");
+    Key(writer, "instances");
     writer.Uint64(instances);
     writer.EndObject();
   }
@@ -849,7 +877,7 @@ void TJsonWriter::Finish(ICIMNamespace *ns) {
   TJsonDocument::TDocumentWriter &writer = impl->Files();
   writer.EndArray();
   if (ns != nullptr) {
-    writer.Key("namespace");
+    Key(writer, "namespace");
     impl->document.Namespace(*ns);
   }
   writer.EndObject();
