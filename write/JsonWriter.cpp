@@ -137,67 +137,68 @@ template <class TWriter> void Text(TWriter &json, const std::string &text) {
   json.String(written->data(), static_cast<SizeType>(written->size()));
 }
 
-/// A member's name, and a fixed word as a value: their lengths are known.
+/// Members by kind. A name is a literal, whose length is known; Optional
+/// leaves out an empty text, Flag writes only a true one.
 template <class TWriter, std::size_t N> void Key(TWriter &json, const char (&name)[N]) {
   json.Key(name, static_cast<SizeType>(N - 1));
 }
-template <class TWriter, std::size_t N> void Word(TWriter &json, const char (&word)[N]) {
-  json.String(word, static_cast<SizeType>(N - 1));
+template <class TWriter, std::size_t N>
+void Member(TWriter &json, const char (&name)[N], const std::string &text) {
+  Key(json, name);
+  Text(json, text);
+}
+template <std::size_t N>
+void Optional(TJson &json, const char (&name)[N], const std::string &text) {
+  if (!text.empty())
+    Member(json, name, text);
+}
+template <class TWriter, std::size_t N>
+void Count(TWriter &json, const char (&name)[N], std::uint64_t count) {
+  Key(json, name);
+  json.Uint64(count);
+}
+template <std::size_t N> void Flag(TJson &json, const char (&name)[N], bool set) {
+  if (!set)
+    return;
+  Key(json, name);
+  json.Bool(true);
 }
 
 /// "uint8", "uint8[]" for an array type, null for no type.
-void Type(TJson &json, TCIMType type) {
-  if (type.GetElementType() == kCIMTypeNone) {
+template <std::size_t N> void Type(TJson &json, const char (&name)[N], TCIMType type) {
+  Key(json, name);
+  if (type.GetElementType() == kCIMTypeNone)
     json.Null();
-    return;
-  }
-  Text(json, type.GetName() + (type.IsArray() ? "[]" : ""));
-}
-
-void Flavor(TJson &json, std::uint32_t flavor) {
-  json.StartObject();
-  Key(json, "overridable");
-  json.Bool((flavor & ICIMQualifierDecl::kFlavorOverridable) != 0);
-  Key(json, "toSubclass");
-  json.Bool((flavor & ICIMQualifierDecl::kFlavorToSubclass) != 0);
-  Key(json, "translatable");
-  json.Bool((flavor & ICIMQualifierDecl::kFlavorTranslatable) != 0);
-  json.EndObject();
+  else
+    Text(json, type.GetName() + (type.IsArray() ? "[]" : ""));
 }
 
 void Value(TJson &json, const TCIMValue &value);
 void Instance(TJson &json, ICIMInstance &instance);
 void Class(TJson &json, ICIMClass &cls);
 
+/// {"name", "type", "value"}: a key binding, a correlator.
+void TypedValue(TJson &json, const std::string &name, const TCIMValue &value) {
+  json.StartObject();
+  Member(json, "name", name);
+  Type(json, "type", value.GetType());
+  Key(json, "value");
+  Value(json, value);
+  json.EndObject();
+}
+
 /// A path: host and namespace when it names them, the class name when it
 /// has one, and with keys its key bindings in order, each typed.
 void Path(TJson &json, const TCIMReference &path, bool keys) {
   json.StartObject();
-  if (!path.GetHost().empty()) {
-    Key(json, "host");
-    Text(json, path.GetHost());
-  }
-  if (!path.GetNamespaceName().empty()) {
-    Key(json, "namespace");
-    Text(json, path.GetNamespaceName());
-  }
-  if (!path.GetClassName().empty()) {
-    Key(json, "className");
-    Text(json, path.GetClassName());
-  }
+  Optional(json, "host", path.GetHost());
+  Optional(json, "namespace", path.GetNamespaceName());
+  Optional(json, "className", path.GetClassName());
   if (keys) {
     Key(json, "keys");
     json.StartArray();
-    for (const TCIMReference::TKeyBinding &key : path.GetKeyBindings()) {
-      json.StartObject();
-      Key(json, "name");
-      Text(json, key.first);
-      Key(json, "type");
-      Type(json, key.second.GetType());
-      Key(json, "value");
-      Value(json, key.second);
-      json.EndObject();
-    }
+    for (const TCIMReference::TKeyBinding &key : path.GetKeyBindings())
+      TypedValue(json, key.first, key.second);
     json.EndArray();
   }
   json.EndObject();
@@ -223,7 +224,7 @@ void String(TJson &json, const TCIMValue &value) {
     return;
   }
   json.StartObject();
-  json.Key(instance ? "instance" : "class");
+  instance ? Key(json, "instance") : Key(json, "class");
   instance ? Instance(json, *instance) : Class(json, *cls);
   json.EndObject();
 }
@@ -309,62 +310,62 @@ void Value(TJson &json, const TCIMValue &value) {
   --json.nesting;
 }
 
+struct TBitName {
+  std::uint32_t bit;
+  const char *name;
+};
+
+/// {"overridable", "toSubclass", "translatable"}, each a boolean.
+void Flavor(TJson &json, std::uint32_t flavor) {
+  static const TBitName kFlavors[] = {{ICIMQualifierDecl::kFlavorOverridable, "overridable"},
+                                      {ICIMQualifierDecl::kFlavorToSubclass, "toSubclass"},
+                                      {ICIMQualifierDecl::kFlavorTranslatable, "translatable"}};
+  Key(json, "flavor");
+  json.StartObject();
+  for (const TBitName &name : kFlavors) {
+    json.Key(name.name);
+    json.Bool((flavor & name.bit) != 0);
+  }
+  json.EndObject();
+}
+
 void Qualifiers(TJson &json, ICIMQualifiedObject &object) {
   Key(json, "qualifiers");
   json.StartArray();
   for (const boost::shared_ptr<ICIMQualifier> &qualifier : object.GetQualifiers()) {
     json.StartObject();
-    Key(json, "name");
-    Text(json, qualifier->GetName());
-    Key(json, "type");
-    Type(json, qualifier->GetType());
+    Member(json, "name", qualifier->GetName());
+    Type(json, "type", qualifier->GetType());
     Key(json, "value");
     Value(json, qualifier->GetValue());
-    Key(json, "flavor");
     Flavor(json, qualifier->GetFlavor());
-    if (qualifier->IsPropagated()) {
-      Key(json, "propagated");
-      json.Bool(true);
-    }
+    Flag(json, "propagated", qualifier->IsPropagated());
     json.EndObject();
   }
   json.EndArray();
 }
 
-struct TScopeName {
-  std::uint32_t bit;
-  const char *name;
-};
-constexpr TScopeName kScopeNames[] = {
-    {ICIMQualifierDecl::kScopeClass, "class"},
-    {ICIMQualifierDecl::kScopeAssociation, "association"},
-    {ICIMQualifierDecl::kScopeIndication, "indication"},
-    {ICIMQualifierDecl::kScopeProperty, "property"},
-    {ICIMQualifierDecl::kScopeReference, "reference"},
-    {ICIMQualifierDecl::kScopeMethod, "method"},
-    {ICIMQualifierDecl::kScopeParameter, "parameter"},
-};
-
 void QualifierDecl(TJson &json, ICIMQualifierDecl &declaration) {
+  static const TBitName kScopes[] = {{ICIMQualifierDecl::kScopeClass, "class"},
+                                     {ICIMQualifierDecl::kScopeAssociation, "association"},
+                                     {ICIMQualifierDecl::kScopeIndication, "indication"},
+                                     {ICIMQualifierDecl::kScopeProperty, "property"},
+                                     {ICIMQualifierDecl::kScopeReference, "reference"},
+                                     {ICIMQualifierDecl::kScopeMethod, "method"},
+                                     {ICIMQualifierDecl::kScopeParameter, "parameter"}};
   json.StartObject();
-  Key(json, "name");
-  Text(json, declaration.GetName());
-  Key(json, "type");
-  Type(json, declaration.GetType());
-  if (declaration.GetArraySize() != 0) {
-    Key(json, "arraySize");
-    json.Uint(declaration.GetArraySize());
-  }
+  Member(json, "name", declaration.GetName());
+  Type(json, "type", declaration.GetType());
+  if (declaration.GetArraySize() != 0)
+    Count(json, "arraySize", declaration.GetArraySize());
   Key(json, "value");
   Value(json, declaration.GetDefaultValue());
   Key(json, "scope");
   json.StartArray();
-  const std::uint32_t scope = declaration.GetScope();
-  for (const TScopeName &scopeName : kScopeNames)
-    if ((scope & scopeName.bit) != 0)
-      json.String(scopeName.name);
+  for (const TBitName &scope : kScopes)
+    if ((declaration.GetScope() & scope.bit) != 0)
+      json.String(scope.name);
   json.EndArray();
-  Key(json, "flavor");
   Flavor(json, declaration.GetFlavor());
   json.EndObject();
 }
@@ -373,29 +374,22 @@ void QualifierDecl(TJson &json, ICIMQualifierDecl &declaration) {
 /// class of a reference.
 void ArrayAndReference(TJson &json, TCIMType type, unsigned int arraySize,
                        const std::string &referenceClass) {
-  if (type.IsArray() && arraySize != 0) {
-    Key(json, "arraySize");
-    json.Uint(arraySize);
-  }
-  if (type.GetElementType() == kCIMTypeReference && !referenceClass.empty()) {
-    Key(json, "referenceClass");
-    Text(json, referenceClass);
-  }
+  if (type.IsArray() && arraySize != 0)
+    Count(json, "arraySize", arraySize);
+  if (type.GetElementType() == kCIMTypeReference)
+    Optional(json, "referenceClass", referenceClass);
 }
 
 void Property(TJson &json, ICIMPropertyDecl &property) {
-  json.StartObject();
-  Key(json, "name");
-  Text(json, property.GetName());
   const TCIMType type = property.GetType();
-  Key(json, "type");
-  Type(json, type);
   const TCIMValue value = property.GetValue();
+  json.StartObject();
+  Member(json, "name", property.GetName());
+  Type(json, "type", type);
   ArrayAndReference(json, type, value.IsNull() ? value.GetCount() : 0,
                     type.GetElementType() == kCIMTypeReference ? property.GetReferenceClassName()
                                                                : std::string());
-  Key(json, "classOrigin");
-  Text(json, property.GetClassOrigin());
+  Member(json, "classOrigin", property.GetClassOrigin());
   Key(json, "value");
   Value(json, value);
   Qualifiers(json, property);
@@ -404,10 +398,8 @@ void Property(TJson &json, ICIMPropertyDecl &property) {
 
 void Parameter(TJson &json, ICIMParameter &parameter) {
   json.StartObject();
-  Key(json, "name");
-  Text(json, parameter.GetName());
-  Key(json, "type");
-  Type(json, parameter.GetType());
+  Member(json, "name", parameter.GetName());
+  Type(json, "type", parameter.GetType());
   ArrayAndReference(json, parameter.GetType(), parameter.GetArraySize(),
                     parameter.GetReferenceClassName());
   Qualifiers(json, parameter);
@@ -416,12 +408,9 @@ void Parameter(TJson &json, ICIMParameter &parameter) {
 
 void Method(TJson &json, ICIMMethod &method) {
   json.StartObject();
-  Key(json, "name");
-  Text(json, method.GetName());
-  Key(json, "returnType");
-  Type(json, method.GetReturnType());
-  Key(json, "classOrigin");
-  Text(json, method.GetClassOrigin());
+  Member(json, "name", method.GetName());
+  Type(json, "returnType", method.GetReturnType());
+  Member(json, "classOrigin", method.GetClassOrigin());
   Qualifiers(json, method);
   Key(json, "parameters");
   json.StartArray();
@@ -435,13 +424,13 @@ void Method(TJson &json, ICIMMethod &method) {
 /// each with the class that declared it.
 void Class(TJson &json, ICIMClass &cls) {
   json.StartObject();
-  Key(json, "name");
-  Text(json, cls.GetName());
-  Key(json, "superClass");
-  if (cls.GetSuperClassName().empty())
+  Member(json, "name", cls.GetName());
+  if (cls.GetSuperClassName().empty()) {
+    Key(json, "superClass");
     json.Null();
-  else
-    Text(json, cls.GetSuperClassName());
+  } else {
+    Member(json, "superClass", cls.GetSuperClassName());
+  }
   Qualifiers(json, cls);
   Key(json, "properties");
   json.StartArray();
@@ -458,20 +447,14 @@ void Class(TJson &json, ICIMClass &cls) {
 
 void Instance(TJson &json, ICIMInstance &instance) {
   json.StartObject();
-  Key(json, "className");
-  Text(json, instance.GetClassName());
+  Member(json, "className", instance.GetClassName());
   Key(json, "properties");
   json.StartArray();
   for (const boost::shared_ptr<ICIMProperty> &property : instance.GetProperties()) {
     json.StartObject();
-    Key(json, "name");
-    Text(json, property->GetName());
-    Key(json, "type");
-    Type(json, property->GetDeclaredType());
-    if (property->IsKey()) {
-      Key(json, "key");
-      json.Bool(true);
-    }
+    Member(json, "name", property->GetName());
+    Type(json, "type", property->GetDeclaredType());
+    Flag(json, "key", property->IsKey());
     Key(json, "value");
     Value(json, property->GetValue());
     json.EndObject();
@@ -486,23 +469,25 @@ void DocumentPath(TJson &json, const TCIMXMLPath &path) {
   Path(json, path.reference, path.kind == TCIMXMLPath::EKind::kInstance);
 }
 
+/// What every item begins with: its kind, its number among its kind and
+/// the line of its start tag.
+void ItemHead(TJson &json, const char *item, std::uint64_t sequence, unsigned line) {
+  json.StartObject();
+  Key(json, "item");
+  json.String(item);
+  Count(json, "sequence", sequence);
+  Count(json, "line", line);
+}
+
 void ObjectItem(TJson &json, const TCIMXMLObject &object) {
   using EKind = TCIMXMLObject::EKind;
   static const char *const kItemNames[] = {"qualifierDeclaration", "class", "instance", "classPath",
                                            "instancePath"};
   const char *item = kItemNames[static_cast<int>(object.kind)];
-  json.StartObject();
-  Key(json, "item");
-  json.String(item);
-  Key(json, "sequence");
-  json.Uint64(object.sequence);
-  Key(json, "line");
-  json.Uint(object.line);
+  ItemHead(json, item, object.sequence, object.line);
   if (object.operation >= 0) {
-    Key(json, "operation");
-    json.Int64(object.operation);
-    Key(json, "role");
-    Text(json, object.role);
+    Count(json, "operation", static_cast<std::uint64_t>(object.operation));
+    Member(json, "role", object.role);
   }
   if (object.hasPath) {
     Key(json, "path");
@@ -527,23 +512,14 @@ void ObjectItem(TJson &json, const TCIMXMLObject &object) {
 /// place, which items they are.
 void Argument(TJson &json, const TCIMXMLArgument &argument) {
   json.StartObject();
-  if (!argument.name.empty()) {
-    Key(json, "name");
-    Text(json, argument.name);
-  }
-  Key(json, "type");
-  Type(json, argument.type);
+  Optional(json, "name", argument.name);
+  Type(json, "type", argument.type);
   Key(json, "value");
   Value(json, argument.value);
-  if (!argument.embeddedObject.empty()) {
-    Key(json, "embeddedObject");
-    Text(json, argument.embeddedObject);
-  }
+  Optional(json, "embeddedObject", argument.embeddedObject);
   if (argument.objectCount != 0) {
-    Key(json, "firstObject");
-    json.Uint64(argument.firstObject);
-    Key(json, "objectCount");
-    json.Uint64(argument.objectCount);
+    Count(json, "firstObject", argument.firstObject);
+    Count(json, "objectCount", argument.objectCount);
   }
   json.EndObject();
 }
@@ -551,17 +527,11 @@ void Argument(TJson &json, const TCIMXMLArgument &argument) {
 void OperationError(TJson &json, const TCIMXMLOperation &operation) {
   Key(json, "error");
   json.StartObject();
-  Key(json, "code");
-  json.Uint(operation.errorCode);
-  if (!operation.errorDescription.empty()) {
-    Key(json, "description");
-    Text(json, operation.errorDescription);
-  }
+  Count(json, "code", operation.errorCode);
+  Optional(json, "description", operation.errorDescription);
   if (operation.errorInstanceCount != 0) {
-    Key(json, "firstInstance");
-    json.Uint64(operation.firstErrorInstance);
-    Key(json, "instanceCount");
-    json.Uint64(operation.errorInstanceCount);
+    Count(json, "firstInstance", operation.firstErrorInstance);
+    Count(json, "instanceCount", operation.errorInstanceCount);
   }
   json.EndObject();
 }
@@ -570,19 +540,11 @@ void OperationItem(TJson &json, const TCIMXMLOperation &operation) {
   // The elements' names, as DSP0201 spells them.
   static const char *const kKinds[] = {"IMETHODCALL",     "METHODCALL",     "EXPMETHODCALL",
                                        "IMETHODRESPONSE", "METHODRESPONSE", "EXPMETHODRESPONSE"};
-  json.StartObject();
-  Key(json, "item");
-  Word(json, "operation");
-  Key(json, "sequence");
-  json.Uint64(operation.sequence);
-  Key(json, "line");
-  json.Uint(operation.line);
-  Key(json, "message");
-  json.Uint64(operation.message);
+  ItemHead(json, "operation", operation.sequence, operation.line);
+  Count(json, "message", operation.message);
   Key(json, "kind");
   json.String(kKinds[static_cast<int>(operation.kind)]);
-  Key(json, "method");
-  Text(json, operation.method);
+  Member(json, "method", operation.method);
   if (operation.hasTarget) {
     Key(json, "target");
     DocumentPath(json, operation.target);
@@ -600,16 +562,8 @@ void OperationItem(TJson &json, const TCIMXMLOperation &operation) {
     OperationError(json, operation);
   Key(json, "correlators");
   json.StartArray();
-  for (const TCIMXMLCorrelator &correlator : operation.correlators) {
-    json.StartObject();
-    Key(json, "name");
-    Text(json, correlator.name);
-    Key(json, "type");
-    Type(json, correlator.value.GetType());
-    Key(json, "value");
-    Value(json, correlator.value);
-    json.EndObject();
-  }
+  for (const TCIMXMLCorrelator &correlator : operation.correlators)
+    TypedValue(json, correlator.name, correlator.value);
   json.EndArray();
   json.EndObject();
 }
@@ -618,23 +572,13 @@ void MessageItem(TJson &json, const TCIMXMLMessage &message) {
   static const char *const kKinds[] = {"SIMPLEREQ",    "MULTIREQ",     "SIMPLERSP",
                                        "MULTIRSP",     "SIMPLEEXPREQ", "MULTIEXPREQ",
                                        "SIMPLEEXPRSP", "MULTIEXPRSP"};
-  json.StartObject();
-  Key(json, "item");
-  Word(json, "message");
-  Key(json, "sequence");
-  json.Uint64(message.sequence);
-  Key(json, "line");
-  json.Uint(message.line);
-  Key(json, "id");
-  Text(json, message.id);
-  Key(json, "protocolVersion");
-  Text(json, message.protocolVersion);
+  ItemHead(json, "message", message.sequence, message.line);
+  Member(json, "id", message.id);
+  Member(json, "protocolVersion", message.protocolVersion);
   Key(json, "kind");
   json.String(kKinds[static_cast<int>(message.kind)]);
-  Key(json, "firstOperation");
-  json.Uint64(message.firstOperation);
-  Key(json, "operationCount");
-  json.Uint64(message.operationCount);
+  Count(json, "firstOperation", message.firstOperation);
+  Count(json, "operationCount", message.operationCount);
   json.EndObject();
 }
 
@@ -674,8 +618,7 @@ public:
   /// is left out with a line saying so, and the rest are written.
   void Namespace(ICIMNamespace &ns) {
     document.StartObject();
-    Key(document, "name");
-    Text(document, ns.GetName());
+    Member(document, "name", ns.GetName());
     Key(document, "qualifierDeclarations");
     Items(ns.GetQualifierDecls(), "qualifier declaration", QualifierDecl);
     Key(document, "classes");
@@ -735,14 +678,12 @@ struct TJsonWriter::TImpl {
   void OpenEntry(const std::string *fileName) {
     TJsonDocument::TDocumentWriter &writer = Files();
     writer.StartObject();
-    if (fileName != nullptr) {
-      Key(writer, "file");
-      Text(writer, *fileName);
-    }
+    if (fileName != nullptr)
+      Member(writer, "file", *fileName);
     Key(writer, "items");
     writer.StartArray();
     entryOpen = true;
-    counts = TCounts();
+    std::fill(std::begin(counts), std::end(counts), 0);
   }
 
   /// An item for the open entry, opening one without a name if need be.
@@ -762,21 +703,18 @@ struct TJsonWriter::TImpl {
       Key(writer, "status");
       writer.Int(static_cast<int>(status->GetStatusCode()));
     }
-    Key(writer, "text");
-    Text(writer, failure.what());
+    Member(writer, "text", failure.what());
     writer.EndObject();
   }
 
-  struct TCounts {
-    std::uint64_t qualifierDeclarations = 0;
-    std::uint64_t classes = 0;
-    std::uint64_t instances = 0;
-    std::uint64_t paths = 0;
-    std::uint64_t operations = 0;
-  };
+  /// The open entry's items by kind: qualifier declarations, classes and
+  /// instances as their object kinds number them, paths of both kinds (the
+  /// kinds after those), operations.
+  static constexpr std::size_t kPaths = 3;
+  static constexpr std::size_t kOperations = 4;
+  std::uint64_t counts[5] = {};
 
   TJsonDocument document;
-  TCounts counts;
   bool started = false;
   bool entryOpen = false;
   bool finished = false;
@@ -794,28 +732,13 @@ void TJsonWriter::BeginFile(const std::string &fileName) {
 }
 
 void TJsonWriter::Object(const TCIMXMLObject &object) {
-  if (!impl->Item([&](TJson &json) { ObjectItem(json, object); }))
-    return;
-  switch (object.kind) {
-  case TCIMXMLObject::EKind::kQualifierDecl:
-    ++impl->counts.qualifierDeclarations;
-    break;
-  case TCIMXMLObject::EKind::kClass:
-    ++impl->counts.classes;
-    break;
-  case TCIMXMLObject::EKind::kInstance:
-    ++impl->counts.instances;
-    break;
-  case TCIMXMLObject::EKind::kClassPath:
-  case TCIMXMLObject::EKind::kInstancePath:
-    ++impl->counts.paths;
-    break;
-  }
+  if (impl->Item([&](TJson &json) { ObjectItem(json, object); }))
+    ++impl->counts[std::min(static_cast<std::size_t>(object.kind), TImpl::kPaths)];
 }
 
 void TJsonWriter::Operation(const TCIMXMLOperation &operation) {
   if (impl->Item([&](TJson &json) { OperationItem(json, operation); }))
-    ++impl->counts.operations;
+    ++impl->counts[TImpl::kOperations];
 }
 
 void TJsonWriter::Message(const TCIMXMLMessage &message) {
@@ -827,19 +750,14 @@ void TJsonWriter::EndFile(const std::exception *failure) {
     return;
   TJsonDocument::TDocumentWriter &writer = impl->document.Writer();
   writer.EndArray();
-  const TImpl::TCounts &counts = impl->counts;
+  const std::uint64_t *counts = impl->counts;
   Key(writer, "counts");
   writer.StartObject();
-  Key(writer, "qualifierDeclarations");
-  writer.Uint64(counts.qualifierDeclarations);
-  Key(writer, "classes");
-  writer.Uint64(counts.classes);
-  Key(writer, "instances");
-  writer.Uint64(counts.instances);
-  Key(writer, "paths");
-  writer.Uint64(counts.paths);
-  Key(writer, "operations");
-  writer.Uint64(counts.operations);
+  Count(writer, "qualifierDeclarations", counts[0]);
+  Count(writer, "classes", counts[1]);
+  Count(writer, "instances", counts[2]);
+  Count(writer, "paths", counts[TImpl::kPaths]);
+  Count(writer, "operations", counts[TImpl::kOperations]);
   writer.EndObject();
   if (failure != nullptr)
     TImpl::Failure(writer, *failure);
@@ -854,17 +772,14 @@ void TJsonWriter::ClassicFile(const std::string &fileName, std::size_t classes,
   EndFile();
   TJsonDocument::TDocumentWriter &writer = impl->Files();
   writer.StartObject();
-  Key(writer, "file");
-  Text(writer, fileName);
+  Member(writer, "file", fileName);
   if (failure != nullptr) {
     TImpl::Failure(writer, *failure);
   } else {
     Key(writer, "counts");
     writer.StartObject();
-    Key(writer, "classes");
-    writer.Uint64(classes);
-    Key(writer, "instances");
-    writer.Uint64(instances);
+    Count(writer, "classes", classes);
+    Count(writer, "instances", instances);
     writer.EndObject();
   }
   writer.EndObject();
