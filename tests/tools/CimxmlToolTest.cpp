@@ -267,31 +267,6 @@ TEST_F(CimxmlToolTest, FullGrammar) {
       {});
 }
 
-// With --json, standard output is one JSON document whose counts are the
-// summary lines' numbers.
-TEST_F(CimxmlToolTest, JsonCountsAreTheSummaryLines) {
-  const std::string examples = std::string(ORV_EXAMPLES_DIR) + "/";
-  const std::vector<std::string> files = {examples + "message.xml", examples + "request.xml",
-                                          examples + "response.xml", examples + "indication.xml"};
-  std::vector<std::string> arguments = {"--quiet", "--schema", kSchema};
-  arguments.insert(arguments.end(), files.begin(), files.end());
-  const std::string summary = Run(arguments).out;
-  arguments.push_back("--json");
-  const TRun run = Run(arguments);
-  EXPECT_EQ(0, run.status);
-  rapidjson::Document document;
-  document.Parse(run.out.c_str());
-  ASSERT_FALSE(document.HasParseError()) << run.out;
-  std::string lines;
-  for (const rapidjson::Value &file : document["files"].GetArray()) {
-    const rapidjson::Value &counts = file["counts"];
-    lines += Read(file["file"].GetString(), counts["qualifierDeclarations"].GetInt(),
-                  counts["classes"].GetInt(), counts["instances"].GetInt(),
-                  counts["paths"].GetInt(), counts["operations"].GetInt());
-  }
-  EXPECT_EQ(summary, lines);
-}
-
 // The example of docs/cimxml-tool.md is what the tool writes (the page runs
 // it from the source tree, so its file name is relative).
 TEST_F(CimxmlToolTest, JsonExampleOfTheGuide) {
