@@ -5,8 +5,9 @@
 set -euo pipefail
 
 # Every job's build includes the cimxml tool, which parses its command line
-# with CLI11 (header-only).
-packages=(cmake ninja-build g++ libboost-dev zlib1g-dev libcli11-dev)
+# with CLI11, and the writers' library, whose JSON writer writes through
+# RapidJSON (both header-only).
+packages=(cmake ninja-build g++ libboost-dev zlib1g-dev libcli11-dev rapidjson-dev)
 case "${1:-main}" in
   main) ;;
   test) packages+=(libgtest-dev libgmock-dev clang clang-format clang-tidy pkgconf valgrind) ;;

@@ -1,10 +1,11 @@
 // cimxml: reads CIM-XML documents and reports what each held; optionally
-// prints it as MOF or as one CIM-XML document and lists its operations.
+// prints it as MOF, as one CIM-XML document or as one JSON document, and
+// lists its operations.
 //
 // Standard output carries only results (one summary line per file, the MOF,
-// the operations), so scripts can read it; everything else goes to standard
-// error. With --xml it carries the document alone, and the lines that would
-// have gone there go to standard error.
+// the operations, or one JSON document), so scripts can read it; everything
+// else goes to standard error. With --xml it carries the CIM-XML document
+// alone, and the lines that would have gone there go to standard error.
 #include "cimxml/CIMXMLDocument.h"
 #include "core_api/CIMInterfaces.h"
 #include "core_api/CIMReference.h"
@@ -14,6 +15,7 @@
 #include "core_api/OSSpecific.h"
 #include "populate/NamespacePopulator.h"
 #include "write/CIMXMLWriter.h"
+#include "write/JsonWriter.h"
 
 #include <CLI/CLI.hpp>
 
@@ -53,6 +55,7 @@ const char kDescription[] =
     "CreateClass and CreateInstance requests), loads every file into one\n"
     "namespace, and prints:\n"
     "  FILE: N classes, M instances\n"
+    "With --json it prints instead one JSON document of everything it read.\n"
     "A file that fails prints instead, on standard error:\n"
     "  FILE: failed: status S (TEXT)\n"
     "and the next file is read. With --xml standard output carries one CIM-XML\n"
@@ -92,6 +95,7 @@ public:
 struct TOptions {
   bool classic = false;
   bool instances = false;
+  bool json = false;
   bool mof = false;
   bool operations = false;
   bool quiet = false;
@@ -132,13 +136,19 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
                                   "a path as a \"// path: PATH\" line. With --classic: after\n"
                                   "all files, the namespace: qualifier declarations, classes\n"
                                   "(superclasses first), instances");
+  CLI::Option *json = app.add_flag("--json", options.json,
+                                   "print, instead of the summary lines, one JSON document:\n"
+                                   "each file's name and, in the full grammar, the items it\n"
+                                   "gave back, as they are read; with --classic, after all\n"
+                                   "files, the namespace (docs/cimxml-tool.md gives the shape)");
   app.add_flag("--xml", options.xml,
                "print one CIM-XML document on standard output, after all\n"
                "files, and the files' lines on standard error. Full\n"
                "grammar: the qualifier declarations, classes (superclasses\n"
                "first) and instances that the files gave back. With\n"
-               "--classic: the namespace. Not with --mof")
-      ->excludes(mof);
+               "--classic: the namespace. Not with --mof or --json")
+      ->excludes(mof)
+      ->excludes(json);
   app.add_flag("--quiet", options.quiet,
                "do not show the loader's messages, which otherwise go to\n"
                "standard error as \"[LEVEL] TEXT\" lines");
@@ -155,20 +165,21 @@ void DescribeOptions(CLI::App &app, TOptions &options) {
       ->allow_extra_args(false)
       ->excludes(classic)
       ->group(full);
-  app.add_flag("--operations", options.operations,
-               "after each file's line (and MOF), print its operations,\n"
-               "one a line:\n"
-               "  KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE]\n"
-               "    [error CODE \"TEXT\"] [correlator NAME=VALUE]...\n"
-               "with \"N objects\" for a value given as objects")
-      ->excludes(classic)
-      ->group(full);
+  CLI::Option *operations = app.add_flag("--operations", options.operations,
+                                         "after each file's line (and MOF), print its operations,\n"
+                                         "one a line:\n"
+                                         "  KIND METHOD [TARGET] (NAME=VALUE, ...) [return VALUE]\n"
+                                         "    [error CODE \"TEXT\"] [correlator NAME=VALUE]...\n"
+                                         "with \"N objects\" for a value given as objects")
+                                ->excludes(classic)
+                                ->group(full);
   app.add_flag("--instances", options.instances,
                "read the files as instance documents (by default they are\n"
                "read as class documents)")
       ->needs(classic)
       ->group("Classic grammar (--classic)");
   app.add_option("FILE", options.files, "the documents, read in order")->type_name("");
+  json->excludes(mof)->excludes(operations);
 }
 
 /// The first argument before "--" that CLI11 did not recognise, or that
@@ -251,28 +262,39 @@ void Report(const TOptions &options, const std::string &text) {
   std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-/// Runs step, reporting its failure as the file's; false when it failed.
-template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
+/// Runs step, reporting its failure as the file's and handing it to failed;
+/// false when it failed.
+template <typename TStep, typename TFailed>
+bool Attempt(const std::string &fileName, TStep step, TFailed failed) {
   try {
     step();
     return true;
   } catch (const TORVException &ex) {
     std::fprintf(stderr, "%s: failed: status %d (%s)\n", fileName.c_str(),
                  static_cast<int>(ex.GetStatusCode()), ex.what());
+    failed(ex);
   } catch (const std::exception &ex) {
     // The library promises TORVException only; anything else is still one
     // file's failure, not the tool's.
     std::fprintf(stderr, "%s: failed: %s\n", fileName.c_str(), ex.what());
+    failed(ex);
   }
   return false;
 }
 
+template <typename TStep> bool Attempt(const std::string &fileName, TStep step) {
+  return Attempt(fileName, step, [](const std::exception &) {});
+}
+
 /// Loads the file, then prints what it held, then its statistics when asked
-/// for; false when loading or printing failed. Only the load is timed.
-template <typename TLoad, typename TPrint>
-bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad load, TPrint print) {
+/// for; false when loading or printing failed. A failed load goes to failed.
+/// Only the load is timed (with --json in the full grammar, that includes
+/// writing the items, which go out as they are read).
+template <typename TLoad, typename TPrint, typename TFailed>
+bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad load, TPrint print,
+                 TFailed failed) {
   const auto start = std::chrono::steady_clock::now();
-  bool done = Attempt(fileName, load);
+  bool done = Attempt(fileName, load, failed);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   done = done && Attempt(fileName, print);
   if (options.stats)
@@ -280,8 +302,9 @@ bool ProcessFile(const std::string &fileName, const TOptions &options, TLoad loa
   return done;
 }
 
+/// json, when given, gets the file's entry instead of its summary line.
 bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
-                 const TOptions &options) {
+                 const TOptions &options, TJsonWriter *json) {
   std::size_t classes = 0;
   std::size_t instances = 0;
   return ProcessFile(
@@ -293,8 +316,15 @@ bool LoadClassic(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &
           classes = TNamespacePopulator::PopulateFromXMLFile(ns, fileName).size();
       },
       [&] {
-        Report(options, fileName + ": " + std::to_string(classes) + " classes, " +
-                            std::to_string(instances) + " instances\n");
+        if (json != nullptr)
+          json->ClassicFile(fileName, classes, instances);
+        else
+          Report(options, fileName + ": " + std::to_string(classes) + " classes, " +
+                              std::to_string(instances) + " instances\n");
+      },
+      [&](const std::exception &failure) {
+        if (json != nullptr)
+          json->ClassicFile(fileName, 0, 0, &failure);
       });
 }
 
@@ -509,7 +539,22 @@ bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
       [&] {
         Report(options, FullReport(fileName, result, options));
         Collect(result, collected);
-      });
+      },
+      [](const std::exception &) {});
+}
+
+/// Reads one file in the full grammar, its items written as they arrive;
+/// a file that fails keeps those written before, and says why.
+bool ReadJson(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+              const TOptions &options, TJsonWriter &json) {
+  json.BeginFile(fileName);
+  return ProcessFile(
+      fileName, options,
+      [&] {
+        TNamespacePopulator::Populate(
+            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, json);
+      },
+      [&] { json.EndFile(); }, [&](const std::exception &failure) { json.EndFile(&failure); });
 }
 
 bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
@@ -543,7 +588,7 @@ bool PrintXML(const boost::shared_ptr<ICIMNamespace> &ns, const TCIMXMLDeclarati
 /// The exit status once standard output is flushed: a write that failed
 /// (a full disk, a closed stream) fails the run, whatever loaded.
 int Finish(int status) {
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0 && std::cout.good())
     return status;
   std::fprintf(stderr, "cimxml: cannot write standard output: %s\n", std::strerror(errno));
   return status == kExitUsage ? kExitUsage : kExitFailed;
@@ -558,12 +603,25 @@ bool Run(const TOptions &options) {
   for (const std::string &schema : options.schemas)
     allRead =
         Attempt(schema, [&] { TNamespacePopulator::PopulateFromXMLFile(ns, schema); }) && allRead;
-  for (const std::string &fileName : options.files)
-    allRead = (options.classic ? LoadClassic(ns, fileName, options)
-                               : ReadFull(ns, fileName, options, collected)) &&
-              allRead;
-  if (options.classic && options.mof)
+  std::unique_ptr<TJsonWriter> json;
+  if (options.json)
+    json = std::make_unique<TJsonWriter>(std::cout);
+  for (const std::string &fileName : options.files) {
+    bool read = false;
+    if (options.classic)
+      read = LoadClassic(ns, fileName, options, json.get());
+    else if (json)
+      read = ReadJson(ns, fileName, options, *json);
+    else
+      read = ReadFull(ns, fileName, options, collected);
+    allRead = read && allRead;
+  }
+  if (json) {
+    json->Finish(options.classic ? ns.get() : nullptr);
+    std::cout.flush();
+  } else if (options.classic && options.mof) {
     allRead = PrintMOF(ns) && allRead;
+  }
   if (options.xml)
     allRead = PrintXML(ns, collected, options) && allRead;
   return allRead;

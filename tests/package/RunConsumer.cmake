@@ -5,11 +5,13 @@
 #  1. install the build tree into ORV_WORK_DIR/prefix;
 #  2. compile one file including every installed header, with only the
 #     include directory that pkg-config gives: no installed header may need
-#     one that is not installed;
+#     one that is not installed; pkg-config's orvwrite brings the other
+#     libraries;
 #  3. build the consumer project with find_package(ORV) against the prefix;
 #  4. build the same program with the compiler and pkg-config alone;
-#  5. run both programs, and the installed cimxml tool when it is built, on
-#     the examples; build a program that writes CIM-XML both ways and run it;
+#  5. run both programs, and the installed cimxml tool when it is built (also
+#     with --json), on the examples; build a program that writes CIM-XML both
+#     ways and run it;
 #  6. move the installed tree and run the tool there without FILE.
 cmake_minimum_required(VERSION 3.25)
 
@@ -62,6 +64,12 @@ orv_step(install COMMAND ${CMAKE_COMMAND} --install ${ORV_BUILD_DIR} --prefix ${
 orv_step("pkg-config" OUTPUT pcFlags COMMAND ${ORV_PKG_CONFIG} --cflags --libs orvcimxml)
 orv_step("pkg-config libdir" OUTPUT pcLibDir
          COMMAND ${ORV_PKG_CONFIG} --variable=libdir orvcimxml)
+# The writers' library brings the loader and the core with it.
+orv_step("pkg-config orvwrite" OUTPUT writeFlags COMMAND ${ORV_PKG_CONFIG} --libs orvwrite)
+if(NOT writeFlags MATCHES "-lorvwrite" OR NOT writeFlags MATCHES "-lorvcimxml"
+   OR NOT writeFlags MATCHES "-lorvcore")
+  message(FATAL_ERROR "pkg-config gave for orvwrite: ${writeFlags}")
+endif()
 string(STRIP "${pcFlags}" pcFlags)
 string(STRIP "${pcLibDir}" pcLibDir)
 separate_arguments(pcFlags UNIX_COMMAND "${pcFlags}")
@@ -187,6 +195,13 @@ if(ORV_CHECK_TOOL)
            COMMAND ${prefix}/bin/cimxml --classic --quiet ${installedSchema})
   if(NOT out STREQUAL "${installedSchema}: 6 classes, 0 instances\n")
     message(FATAL_ERROR "The installed cimxml printed:\n${out}")
+  endif()
+  # It writes JSON through the installed writers' library.
+  orv_step("run the installed cimxml --json" OUTPUT out
+           COMMAND ${prefix}/bin/cimxml --json --quiet ${installedSchema})
+  string(FIND "${out}" "{\"files\":[{\"file\":\"${installedSchema}\",\"items\":[" at)
+  if(NOT at EQUAL 0)
+    message(FATAL_ERROR "The installed cimxml --json printed:\n${out}")
   endif()
 
   # 6. Without FILE it loads the example installed with it, and still does

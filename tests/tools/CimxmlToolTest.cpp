@@ -4,6 +4,7 @@
 #include "support/Fixtures.h"
 #include "write/CIMXMLWriter.h"
 
+#include <rapidjson/document.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -90,6 +91,7 @@ TEST_F(CimxmlToolTest, UnwritableOutputFails) {
       {Classic({"--quiet", "--mof", example}), ""},
       {Classic({"--help"}), ""},
       {{"--quiet", "--mof", example}, ""},
+      {{"--quiet", "--json", example}, ""},
       // With --xml the file's line still reaches standard error.
       {{"--quiet", "--xml", example}, full},
       {Classic({"--quiet", "--xml", example}), Loaded(example, 6)},
@@ -125,6 +127,15 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
                broken + "'\n" + Failed(broken, 9, "Document is not valid CIM-XML")},
           // After "--" every argument is a file.
           {{"--quiet", "--", "--mof"}, 1, "", Failed("--mof", 11, "File access failed")},
+          // The files' counts, then the namespace; a file that fails says so.
+          {{"--json", "--quiet", good, missing},
+           1,
+           "{\"files\":[{\"file\":\"" + good +
+               "\",\"counts\":{\"classes\":0,\"instances\":0}},{\"file\":\"" + missing +
+               "\",\"failure\":{\"status\":11,\"text\":\"File access failed\"}}],"
+               "\"namespace\":{\"name\":\"root/cimv2\",\"qualifierDeclarations\":[],"
+               "\"classes\":[],\"instances\":[]}}\n",
+           Failed(missing, 11, "File access failed")},
           {{"--mo", "x"}, 2, "", "cimxml: unknown option '--mo'\nUsage: cimxml", true},
           {{"-x"}, 2, "", "cimxml: unknown option '-x'\nUsage: cimxml", true},
           {{"-5"}, 2, "", "cimxml: unknown option '-5'\nUsage: cimxml", true},
@@ -242,6 +253,23 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Read(indication, 0, 0, 1, 0, 1),
            Failed(missing, 11, "File access failed") +
                Failed(message + "z", 11, "File access failed")},
+          // Each file's items as they are read, one a line; a file that fails
+          // keeps those it gave and says why.
+          {{"--json", "--quiet", missing, indication},
+           1,
+           "{\"files\":[{\"file\":\"" + missing +
+               "\",\"items\":[],\"counts\":{\"qualifierDeclarations\":0,\"classes\":0,"
+               "\"instances\":0,\"paths\":0,\"operations\":0},\"failure\":{\"status\":11,"
+               "\"text\":\"File access failed\"}},{\"file\":\"" +
+               indication + "\",\"items\":[\n{\"item\":\"instance\",",
+           Failed(missing, 11, "File access failed"),
+           true},
+          {{"--json", "--mof", request}, 2, "", "cimxml: --mof excludes --json\n", true},
+          {{"--operations", "--json", request},
+           2,
+           "",
+           "cimxml: --json excludes --operations\n",
+           true},
           {{"--schema"}, 2, "", "cimxml: --schema: 1 required FILE missing\nUsage: cimxml", true},
           {{"--schema=", request},
            2,
@@ -264,8 +292,26 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Read(indication, 0, 0, 1, 0, 1),
            true},
           {{"--xml", "--mof", indication}, 2, "", "cimxml: --mof excludes --xml\n", true},
+          {{"--xml", "--json", indication}, 2, "", "cimxml: --json excludes --xml\n", true},
       },
       {});
+}
+
+// The example of docs/cimxml-tool.md is what the tool writes (the page runs
+// it from the source tree, so its file name is relative).
+TEST_F(CimxmlToolTest, JsonExampleOfTheGuide) {
+  const std::string page = ReadFile(std::string(ORV_EXAMPLES_DIR) + "/../docs/cimxml-tool.md");
+  const std::size_t begin = page.find("```json\n");
+  ASSERT_NE(std::string::npos, begin);
+  const std::string shown = page.substr(begin + 8, page.find("```", begin + 8) - begin - 8);
+  const std::string response = std::string(ORV_EXAMPLES_DIR) + "/response.xml";
+  const TRun run = Run({"--json", "--schema", kSchema, response});
+  rapidjson::Document expected, written;
+  expected.Parse(shown.c_str());
+  written.Parse(run.out.c_str());
+  ASSERT_FALSE(expected.HasParseError() || written.HasParseError());
+  expected["files"][0]["file"].SetString(response.c_str(), expected.GetAllocator());
+  EXPECT_TRUE(expected == written) << run.out;
 }
 
 } // namespace
