@@ -350,6 +350,12 @@ TEST_F(FullGrammarTest, EmbeddedObjectsAreReadAsObjects) {
       {holder(kInstance),
        {"I:instance of X_Alert { P = \"instance of X_Disk {\\n    Id = 7;\\n};\"; };"},
        {}},
+      // Layout around the embedded element, as a CDATA section brings it.
+      {"<INSTANCE CLASSNAME=\"X_Alert\"><PROPERTY NAME=\"P\" TYPE=\"string\" "
+       "EmbeddedObject=\"instance\"><VALUE><![CDATA[\n   " +
+           std::string(kInstance) + "\n ]]></VALUE></PROPERTY></INSTANCE>",
+       {"I:instance of X_Alert { P = \"instance of X_Disk {\\n    Id = 7;\\n};\"; };"},
+       {}},
       {Message("<SIMPLERSP><METHODRESPONSE NAME=\"M\"><PARAMVALUE NAME=\"E\" "
                "PARAMTYPE=\"instance\"><VALUE.ARRAY><VALUE>" +
                escaped(kInstance) +
