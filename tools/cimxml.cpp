@@ -346,8 +346,18 @@ std::string ObjectMOF(const TCIMXMLObject &object) {
     return object.qualifierDecl ? object.qualifierDecl->ToMOF() : std::string();
   case TCIMXMLObject::EKind::kClass:
     return object.cimClass ? object.cimClass->ToMOF(withFlavors) : std::string();
-  case TCIMXMLObject::EKind::kInstance:
-    return object.instance ? object.instance->ToMOF() : std::string();
+  case TCIMXMLObject::EKind::kInstance: {
+    if (!object.instance)
+      return std::string();
+    // MOF's instance needs one value at least; one without (a response to a
+    // request with an empty property list, say) is a comment, so that the
+    // output stays what compilers read.
+    std::string mof = object.instance->ToMOF();
+    const std::string empty = " {\n};";
+    if (mof.size() > empty.size() && mof.compare(mof.size() - empty.size(), empty.size(), empty) == 0)
+      mof = "// " + mof.substr(0, mof.size() - empty.size()) + ": no values, which MOF cannot write";
+    return mof;
+  }
   case TCIMXMLObject::EKind::kClassPath:
   case TCIMXMLObject::EKind::kInstancePath:
     return "// path: " + PathText(object.path);

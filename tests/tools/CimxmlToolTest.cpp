@@ -187,13 +187,14 @@ TEST_F(CimxmlToolTest, FullGrammar) {
                     response = examples + "response.xml", indication = examples + "indication.xml";
   const std::string missing = scratch.PathOf("missing.xml");
   // A class that names another comes after it; flavors that differ from the
-  // declaration's are written.
+  // declaration's are written; an instance without values is a comment.
   const std::string ordered = scratch.Write(
       "ordered.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
                      "<VALUE.OBJECT><CLASS NAME=\"B\"><QUALIFIER NAME=\"Abstract\" "
                      "TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER>"
                      "<PROPERTY.REFERENCE NAME=\"r\" REFERENCECLASS=\"A\"/></CLASS>"
                      "</VALUE.OBJECT><VALUE.OBJECT><CLASS NAME=\"A\"/></VALUE.OBJECT>"
+                     "<VALUE.OBJECT><INSTANCE CLASSNAME=\"A\"/></VALUE.OBJECT>"
                      "</DECLGROUP></DECLARATION></CIM>");
   const std::string disk =
       "//alpha.example.com/root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\"\n";
@@ -244,8 +245,9 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            ""},
           {{"--mof", ordered},
            0,
-           Read(ordered, 0, 2, 0, 0, 0) +
-               "class A {\n};\n\n[Abstract : DisableOverride]\nclass B {\n    A REF r;\n};\n",
+           Read(ordered, 0, 2, 1, 0, 0) +
+               "class A {\n};\n\n[Abstract : DisableOverride]\nclass B {\n    A REF r;\n};\n\n"
+               "// instance of A: no values, which MOF cannot write\n",
            ""},
           // A schema or file that fails is reported, and the others are read.
           {{"--quiet", "--schema", missing, message + "z", indication},
