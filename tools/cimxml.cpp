@@ -535,16 +535,51 @@ void Collect(const TCIMXMLResult &result, TCIMXMLDeclaration &collected) {
   }
 }
 
-/// Reads one file in the full grammar; ns only types what it holds. A file
-/// that failed adds nothing to collected.
+/// Hands what a file gives back on to next, and declares in ns each
+/// qualifier that the file declares and ns lacks: the files after it then
+/// read their qualifiers with that declaration's type and flavors, as after
+/// --schema, and MOF writes flavors against the declarations it prints.
+class TDeclaring : public ICIMXMLHandler {
+public:
+  TDeclaring(ICIMNamespace &ns, ICIMXMLHandler &handler) : target(ns), next(handler) {}
+
+  void Object(const TCIMXMLObject &object) override {
+    if (object.qualifierDecl && !object.registered)
+      Declare(*object.qualifierDecl);
+    next.Object(object);
+  }
+  void Operation(const TCIMXMLOperation &operation) override { next.Operation(operation); }
+  void Message(const TCIMXMLMessage &message) override { next.Message(message); }
+
+private:
+  void Declare(ICIMQualifierDecl &declaration) {
+    try {
+      target.GetQualifierDecl(declaration.GetName());
+      return; // the first declaration of a name holds, as in a namespace
+    } catch (const TORVException &) {
+    }
+    target
+        .CreateQualifierDecl(declaration.GetName(), declaration.GetDefaultValue(),
+                             declaration.GetScope(), declaration.GetFlavor())
+        ->Commit();
+  }
+
+  ICIMNamespace &target;
+  ICIMXMLHandler &next;
+};
+
+/// Reads one file in the full grammar; ns only types what it holds, and
+/// gains its qualifier declarations. A file that failed adds nothing to
+/// collected.
 bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
               const TOptions &options, TCIMXMLDeclaration &collected) {
   TCIMXMLResult result;
+  TDeclaring declaring(*ns, result);
   return ProcessFile(
       fileName, options,
       [&] {
         TNamespacePopulator::Populate(
-            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, result);
+            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, declaring);
       },
       [&] {
         Report(options, FullReport(fileName, result, options));
@@ -558,11 +593,12 @@ bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
 bool ReadJson(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
               const TOptions &options, TJsonWriter &json) {
   json.BeginFile(fileName);
+  TDeclaring declaring(*ns, json);
   return ProcessFile(
       fileName, options,
       [&] {
         TNamespacePopulator::Populate(
-            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, json);
+            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, declaring);
       },
       [&] { json.EndFile(); }, [&](const std::exception &failure) { json.EndFile(&failure); });
 }

@@ -196,6 +196,17 @@ TEST_F(CimxmlToolTest, FullGrammar) {
                      "</VALUE.OBJECT><VALUE.OBJECT><CLASS NAME=\"A\"/></VALUE.OBJECT>"
                      "<VALUE.OBJECT><INSTANCE CLASSNAME=\"A\"/></VALUE.OBJECT>"
                      "</DECLGROUP></DECLARATION></CIM>");
+  // A file's declarations hold for the files after it.
+  const std::string declares = scratch.Write(
+      "declares.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
+                      "<QUALIFIER.DECLARATION NAME=\"Abstract\" TYPE=\"boolean\" "
+                      "OVERRIDABLE=\"false\"><SCOPE CLASS=\"true\"/></QUALIFIER.DECLARATION>"
+                      "</DECLGROUP></DECLARATION></CIM>");
+  const std::string uses = scratch.Write(
+      "uses.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
+                  "<VALUE.OBJECT><CLASS NAME=\"A\"><QUALIFIER NAME=\"Abstract\" TYPE=\"boolean\" "
+                  "OVERRIDABLE=\"true\"><VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.OBJECT>"
+                  "</DECLGROUP></DECLARATION></CIM>");
   const std::string disk =
       "//alpha.example.com/root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\"\n";
   const std::string answers = "IMETHODRESPONSE EnumerateInstances () return 1 objects\n"
@@ -248,6 +259,12 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Read(ordered, 0, 2, 1, 0, 0) +
                "class A {\n};\n\n[Abstract : DisableOverride]\nclass B {\n    A REF r;\n};\n\n"
                "// instance of A: no values, which MOF cannot write\n",
+           ""},
+          {{"--mof", declares, uses},
+           0,
+           Read(declares, 1, 0, 0, 0, 0) +
+               "Qualifier Abstract : boolean, Scope(class), Flavor(DisableOverride, ToSubclass);\n" +
+               Read(uses, 0, 1, 0, 0, 0) + "[Abstract : EnableOverride]\nclass A {\n};\n",
            ""},
           // A schema or file that fails is reported, and the others are read.
           {{"--quiet", "--schema", missing, message + "z", indication},
