@@ -281,13 +281,17 @@ void TCIMNamespace::DeleteQualifierDecl(const std::string &qualifierName, const 
 
 boost::shared_ptr<ICIMQualifierDecl>
 TCIMNamespace::CreateQualifierDecl(const std::string &qualifierName, const TCIMValue &defaultValue,
-                                   std::uint32_t scope, std::uint32_t flavor, const TCIMOptions &) {
+                                   std::uint32_t scope, std::uint32_t flavor,
+                                   const TCIMOptions &options) {
   if (qualifierName.empty())
     Fail(kORVStatusInvalidArgument);
   if (qualifierDecls.Contains(qualifierName))
     Fail(kORVStatusSchemaLookup);
   boost::shared_ptr<TCIMQualifierDecl> declaration(
       new TCIMQualifierDecl(qualifierName, defaultValue, scope, flavor));
+  const auto arraySize = options.find("ARRAYSIZE");
+  if (arraySize != options.end() && defaultValue.IsArray() && !arraySize->second.IsNull())
+    declaration->SetArraySize(static_cast<unsigned int>(arraySize->second.GetUnsigned()));
   qualifierDecls.Add(declaration);
   return declaration;
 }

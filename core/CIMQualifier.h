@@ -31,6 +31,8 @@ public:
   TCIMType GetType(const TCIMOptions &options = TCIMOptions()) override;
   bool IsArray(const TCIMOptions &options = TCIMOptions()) override;
   unsigned int GetArraySize(const TCIMOptions &options = TCIMOptions()) override;
+  /// The size of an array declared with a default, which the default cannot carry.
+  void SetArraySize(unsigned int size) { arraySize = size; }
   bool IsCommitted(const TCIMOptions &options = TCIMOptions()) override;
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
 

@@ -366,9 +366,10 @@ public:
   /// Throws kORVStatusQualifierNotDeclared for an unknown name.
   virtual void DeleteQualifierDecl(const std::string &name,
                                    const TCIMOptions &options = TCIMOptions()) = 0;
-  /// The default value carries the type (and, for an array type, the array
-  /// size as its count). A name already declared throws
-  /// kORVStatusSchemaLookup.
+  /// The default value carries the type (and, for a null array, the array
+  /// size as its count). The option "ARRAYSIZE", an unsigned integer, gives
+  /// the size of an array declared with a default. A name already declared
+  /// throws kORVStatusSchemaLookup.
   virtual boost::shared_ptr<ICIMQualifierDecl>
   CreateQualifierDecl(const std::string &name, const TCIMValue &defaultValue, std::uint32_t scope,
                       std::uint32_t flavor, const TCIMOptions &options = TCIMOptions()) = 0;

@@ -558,9 +558,12 @@ private:
       return; // the first declaration of a name holds, as in a namespace
     } catch (const TORVException &) {
     }
+    TCIMOptions sized;
+    if (declaration.GetArraySize() != 0)
+      sized.emplace("ARRAYSIZE", TCIMValue::MakeUnsigned(kCIMTypeUint32, declaration.GetArraySize()));
     target
         .CreateQualifierDecl(declaration.GetName(), declaration.GetDefaultValue(),
-                             declaration.GetScope(), declaration.GetFlavor())
+                             declaration.GetScope(), declaration.GetFlavor(), sized)
         ->Commit();
   }
 

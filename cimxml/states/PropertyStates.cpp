@@ -93,6 +93,11 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
   if (!valueSeen && IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
       !value.GetReferencedClass())
     value.SetReferencedClass(FindClass(parser, property.referenceClass));
+  // A property's default carries its elements, not the size of a fixed-size
+  // array beside them.
+  if (valueSeen && IsFull(parser) && property.arraySize != 0 && !value.IsNull())
+    Report(parser, "Property " + property.name + ": ARRAYSIZE " +
+                       std::to_string(property.arraySize) + " is not kept beside a default value");
   if (valueSeen && IsFull(parser) &&
       (!property.embeddedObject.empty() || DeclaresEmbedded(Require(declaration))))
     ReadEmbedded(parser, value, "Property " + property.name);

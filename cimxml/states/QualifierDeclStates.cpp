@@ -127,7 +127,11 @@ void TCIMXMLParser::TStateQualifierDeclaration::EndFull(TCIMXMLParser &parser) {
   }
   TCIMXMLObject object;
   object.kind = TCIMXMLObject::EKind::kQualifierDecl;
-  object.qualifierDecl = target->CreateQualifierDecl(qualifierName, value, scope, flavor);
+  // A default cannot carry the size of a fixed-size array: it goes beside.
+  TCIMOptions sized;
+  if (arraySize != 0 && !value.IsNull())
+    sized.emplace("ARRAYSIZE", TCIMValue::MakeUnsigned(kCIMTypeUint32, arraySize));
+  object.qualifierDecl = target->CreateQualifierDecl(qualifierName, value, scope, flavor, sized);
   object.qualifierDecl->Commit();
   object.registered = target == Namespace(parser);
   object.line = line;

@@ -117,6 +117,9 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                    "<SCOPE PROPERTY=\"true\" METHOD=\"false\"/></QUALIFIER.DECLARATION>"
                    "<QUALIFIER.DECLARATION NAME=\"Any\" TYPE=\"boolean\"><SCOPE ANY=\"true\" "
                    "CLASS=\"false\"/></QUALIFIER.DECLARATION>"
+                   "<QUALIFIER.DECLARATION NAME=\"Sizes\" TYPE=\"uint8\" ISARRAY=\"true\" "
+                   "ARRAYSIZE=\"3\"><SCOPE PROPERTY=\"true\"/><VALUE.ARRAY><VALUE>1</VALUE>"
+                   "</VALUE.ARRAY></QUALIFIER.DECLARATION>"
                    "<VALUE.OBJECT><CLASS NAME=\"X_Disk\"><QUALIFIER NAME=\"Description\" "
                    "TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER><PROPERTY NAME=\"Id\" "
                    "TYPE=\"uint16\"/><PROPERTY.ARRAY NAME=\"A\" TYPE=\"sint8\"><VALUE.ARRAY>"
@@ -128,6 +131,7 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
                    "<PARAMETER.REFARRAY NAME=\"T\"/></METHOD></CLASS></VALUE.OBJECT>"),
        {"Q:Qualifier Units : string[], Scope(property), Flavor(EnableOverride, ToSubclass);",
         "Q:Qualifier Any : boolean, Scope(any), Flavor(EnableOverride, ToSubclass);",
+        "Q:Qualifier Sizes : uint8[3] = {1}, Scope(property), Flavor(EnableOverride, ToSubclass);",
         "C:X_Disk(Description/7)"},
        {}},
       // Named objects with remote paths, hosts and key bindings.
@@ -271,6 +275,11 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        "TYPE=\"string\"/></INSTANCE>",
        {"I:instance of X_Disk { A = 1; };"},
        {Err("Qualifier Q of an instance is not kept"), Ended(kORVStatusTypeMismatch)}},
+      {InDeclGroup("<VALUE.OBJECT><CLASS NAME=\"X_Disk\"><PROPERTY.ARRAY NAME=\"A\" "
+                   "TYPE=\"uint8\" ARRAYSIZE=\"2\"><VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY>"
+                   "</PROPERTY.ARRAY></CLASS></VALUE.OBJECT>"),
+       {"C:X_Disk"},
+       {Err("Property A: ARRAYSIZE 2 is not kept beside a default value")}},
       // XML 1.0's characters: references decoded to UTF-8, attributes too;
       // what XML does not allow is dropped with a line.
       {response("<VALUE>a&#1;b&#xE9;\x02"
