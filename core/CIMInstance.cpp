@@ -98,13 +98,22 @@ boost::shared_ptr<ICIMNamespace> TCIMInstance::GetNamespace(const TCIMOptions &)
   return cimNamespace.lock();
 }
 
-std::vector<boost::shared_ptr<ICIMProperty>> TCIMInstance::GetProperties(const TCIMOptions &) {
+std::vector<boost::shared_ptr<ICIMProperty>>
+TCIMInstance::GetProperties(const TCIMOptions &options) {
   const std::vector<boost::shared_ptr<ICIMPropertyDecl>> declared = layout->members.Ordered();
+  const auto assignedOnly = options.find("ASSIGNED");
+  std::vector<bool> wanted(declared.size(), true);
+  if (assignedOnly != options.end() && static_cast<bool>(assignedOnly->second)) {
+    wanted.assign(declared.size(), false);
+    for (const TAssigned &value : assigned)
+      wanted[value.position] = true;
+  }
   std::vector<boost::shared_ptr<ICIMProperty>> properties;
   properties.reserve(declared.size());
   boost::shared_ptr<TCIMInstance> self = shared_from_this();
   for (std::size_t i = 0; i < declared.size(); ++i)
-    properties.emplace_back(new TCIMInstanceProperty(self, i, declared[i]));
+    if (wanted[i])
+      properties.emplace_back(new TCIMInstanceProperty(self, i, declared[i]));
   return properties;
 }
 

@@ -317,7 +317,9 @@ public:
   virtual TCIMReference GetPath(const TCIMOptions &options = TCIMOptions()) = 0;
   virtual boost::shared_ptr<ICIMNamespace>
   GetNamespace(const TCIMOptions &options = TCIMOptions()) = 0;
-  /// In the class's property order.
+  /// In the class's property order. With the option "ASSIGNED" true, only
+  /// those given a value (null too), as MOF writes them: the others take
+  /// their class's default.
   virtual std::vector<boost::shared_ptr<ICIMProperty>>
   GetProperties(const TCIMOptions &options = TCIMOptions()) = 0;
   /// An unknown name throws kORVStatusNoSuchProperty.

@@ -242,7 +242,9 @@ public:
   void Document(const TCIMXMLDeclaration &declaration);
   void QualifierDecl(ICIMQualifierDecl &declaration);
   void Class(ICIMClass &cls);
-  void Instance(ICIMInstance &instance);
+  /// assignedOnly: only the properties given a value, for a document that
+  /// holds the class, whose defaults give the rest.
+  void Instance(ICIMInstance &instance, bool assignedOnly = false);
   void Value(const TCIMValue &value);
 
 private:
@@ -447,8 +449,10 @@ void TWriter::Document(const TCIMXMLDeclaration &declaration) {
       named.push_back(instance.get());
       continue;
     }
+    // As MOF writes it: the reader gives what is left out its class's
+    // default, so its model is the same, and repeats no default.
     Start("VALUE.OBJECT");
-    Instance(*instance);
+    Instance(*instance, true);
     End("VALUE.OBJECT");
     flushed();
   }
@@ -639,11 +643,14 @@ void TWriter::Parameter(ICIMParameter &parameter) {
 
 // ---- instances --------------------------------------------------------------
 
-void TWriter::Instance(ICIMInstance &instance) {
+void TWriter::Instance(ICIMInstance &instance, bool assignedOnly) {
   const TWhere here(*this, "instance of class", instance.GetClassName());
   Start("INSTANCE");
   Attribute("CLASSNAME", instance.GetClassName());
-  for (const auto &property : instance.GetProperties())
+  TCIMOptions options;
+  if (assignedOnly)
+    options.emplace("ASSIGNED", TCIMValue(true));
+  for (const auto &property : instance.GetProperties(options))
     InstanceProperty(*property);
   End("INSTANCE");
 }

@@ -57,6 +57,9 @@ TEST_F(CIMInstanceTest, PropertiesStartAtTheirDefaultsAndAreChecked) {
   // The untyped null that a failed conversion leaves becomes a typed null.
   instance->SetPropertyValue("Count", TCIMValue());
   EXPECT_EQ(instance->GetPropertyValue("Count"), TCIMValue(TCIMType(kCIMTypeUint32), 0));
+  // Those given a value, a null one too, in the class's order.
+  EXPECT_EQ(Names(instance->GetProperties({{"ASSIGNED", TCIMValue(true)}})),
+            (std::vector<std::string>{"Count"}));
   EXPECT_EQ(instance->GetPropertyDecl("data")->GetDeclaredType(),
             TCIMType(kCIMTypeUint8).GetArrayType());
   EXPECT_TRUE(instance->GetPropertyDecl("slot")->IsKey());

@@ -159,6 +159,8 @@ protected:
                                   ignored);
     EXPECT_EQ(Log(), std::vector<std::string>{});
     EXPECT_EQ(Differences(Model(*loaded), Model(*reread)), std::vector<std::string>{});
+    const TCIMOptions flavors{{"FLAVORS", TCIMValue(true)}};
+    EXPECT_EQ(loaded->ToMOF(flavors), reread->ToMOF(flavors)) << "the MOF differs";
     EXPECT_TRUE(first ==
                 Written([&](std::ostream &out) { TCIMXMLWriter::WriteDocument(out, *reread); }))
         << "the second write differs from the first";
