@@ -105,6 +105,8 @@ void TCIMXMLParser::Parse(char *buffer) {
   operationOpen = nullptr;
   roleOpen.clear();
   keepPropagated = false;
+  // A class of the last document may have been replaced since.
+  embeddedProperties.clear();
   SetXmlCharacters(readOptions.grammar == ECIMXMLGrammar::kFull);
   TXmlParser::Parse(buffer);
   parseUnfinished = stateStack.size() != 1;

@@ -21,6 +21,8 @@
 #include <locale>
 #include <string>
 #include <type_traits>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace NVRNORV20 {
@@ -222,6 +224,13 @@ private:
   /// propagate qualifiers from (a root class, or one whose superclass is a
   /// stand-in): its propagated qualifiers are then kept as its own.
   bool keepPropagated = false;
+  /// Per class whose instances were read, the names of its properties that
+  /// their declarations mark as embedded objects (most classes have none),
+  /// found once instead of for every value; the pointer keeps the key's
+  /// class alive.
+  std::unordered_map<const ICIMClass *,
+                     std::pair<boost::shared_ptr<ICIMClass>, std::vector<std::string>>>
+      embeddedProperties;
 
   /// Element names are folded into this buffer, reused from element to
   /// element, so that a name costs no allocation once the buffer is long

@@ -5,6 +5,7 @@
 #include "cimxml/states/ReferenceStates.h"
 #include "cimxml/states/ValueStates.h"
 #include "core_api/ORVStatusCode.h"
+#include "xml/XmlBytes.h"
 
 namespace NVRNORV20 {
 
@@ -178,20 +179,30 @@ void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std:
     value = property.kind == TPropertyAttributes::EKind::kScalar
                 ? TCIMValue(DeclaredType(), 0)
                 : property.EmptyValue(*Namespace(parser));
-  if (IsFull(parser) && valueSeen && (!property.embeddedObject.empty() || DeclaredEmbedded()))
+  if (IsFull(parser) && valueSeen &&
+      (!property.embeddedObject.empty() || DeclaredEmbedded(parser)))
     ReadEmbedded(parser, value, "Property " + property.name);
   if (!QN402Mode(parser) || DeclaredType() == value.GetType())
     Require(instance).SetPropertyValue(property.name, value);
   Pop(parser);
 }
 
-bool TCIMXMLParser::TStateProperty::DeclaredEmbedded() const {
-  if (!Require(instance).GetClass())
+bool TCIMXMLParser::TStateProperty::DeclaredEmbedded(TCIMXMLParser &parser) const {
+  boost::shared_ptr<ICIMClass> cls = Require(instance).GetClass();
+  if (!cls)
     return false;
-  boost::shared_ptr<ICIMProperty> declared = instance->GetPropertyDecl(property.name);
-  boost::shared_ptr<ICIMPropertyDecl> declaration =
-      declared ? declared->GetPropertyDecl() : nullptr;
-  return declaration && DeclaresEmbedded(*declaration);
+  auto found = parser.embeddedProperties.find(cls.get());
+  if (found == parser.embeddedProperties.end()) {
+    std::vector<std::string> names;
+    for (const auto &declaration : cls->GetProperties())
+      if (DeclaresEmbedded(*declaration))
+        names.push_back(declaration->GetName());
+    found = parser.embeddedProperties.emplace(cls.get(), std::make_pair(cls, std::move(names))).first;
+  }
+  for (const std::string &name : found->second.second)
+    if (EqualsAsciiNoCase(name, property.name))
+      return true;
+  return false;
 }
 
 TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {

@@ -153,7 +153,7 @@ protected:
   TCIMType DeclaredType() const;
   /// Whether the instance's class declares the property's values embedded
   /// objects.
-  bool DeclaredEmbedded() const;
+  bool DeclaredEmbedded(TCIMXMLParser &parser) const;
 
   boost::shared_ptr<ICIMInstance> instance;
   TPropertyAttributes property;
