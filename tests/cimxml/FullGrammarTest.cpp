@@ -359,6 +359,15 @@ TEST_F(FullGrammarTest, EmbeddedObjectsAreReadAsObjects) {
       {holder(kInstance),
        {"I:instance of X_Alert { P = \"instance of X_Disk {\\n    Id = 7;\\n};\"; };"},
        {}},
+      // Marked by the class alone.
+      {InDeclGroup("<VALUE.OBJECT><CLASS NAME=\"X_Alert\"><PROPERTY NAME=\"P\" "
+                   "TYPE=\"string\"><QUALIFIER NAME=\"EmbeddedInstance\" TYPE=\"string\">"
+                   "<VALUE>X_Disk</VALUE></QUALIFIER></PROPERTY></CLASS></VALUE.OBJECT>"
+                   "<VALUE.OBJECT><INSTANCE CLASSNAME=\"X_Alert\"><PROPERTY NAME=\"p\" "
+                   "TYPE=\"string\"><VALUE>" +
+                   escaped(kInstance) + "</VALUE></PROPERTY></INSTANCE></VALUE.OBJECT>"),
+       {"C:X_Alert", "I:instance of X_Alert { P = \"instance of X_Disk {\\n    Id = 7;\\n};\"; };"},
+       {}},
       // Layout around the embedded element, as a CDATA section brings it.
       {"<INSTANCE CLASSNAME=\"X_Alert\"><PROPERTY NAME=\"P\" TYPE=\"string\" "
        "EmbeddedObject=\"instance\"><VALUE><![CDATA[\n   " +
