@@ -707,8 +707,9 @@ void TCIMXMLParser::TParseState::ReadEmbedded(TCIMXMLParser &parser, TCIMValue &
     // on its own line, say); a document may not start with it, a fragment may.
     const std::string &markup = text.GetString();
     const std::size_t start = markup.find_first_not_of(" \t\r\n");
-    std::vector<char> buffer(markup.begin() + static_cast<std::ptrdiff_t>(
-                                                  start == std::string::npos ? markup.size() : start),
+    std::vector<char> buffer(markup.begin() + static_cast<std::ptrdiff_t>(start == std::string::npos
+                                                                              ? markup.size()
+                                                                              : start),
                              markup.end());
     buffer.push_back('\0');
     TCIMXMLParser inner(Namespace(parser));

@@ -354,8 +354,10 @@ std::string ObjectMOF(const TCIMXMLObject &object) {
     // output stays what compilers read.
     std::string mof = object.instance->ToMOF();
     const std::string empty = " {\n};";
-    if (mof.size() > empty.size() && mof.compare(mof.size() - empty.size(), empty.size(), empty) == 0)
-      mof = "// " + mof.substr(0, mof.size() - empty.size()) + ": no values, which MOF cannot write";
+    if (mof.size() > empty.size() &&
+        mof.compare(mof.size() - empty.size(), empty.size(), empty) == 0)
+      mof =
+          "// " + mof.substr(0, mof.size() - empty.size()) + ": no values, which MOF cannot write";
     return mof;
   }
   case TCIMXMLObject::EKind::kClassPath:
@@ -560,7 +562,8 @@ private:
     }
     TCIMOptions sized;
     if (declaration.GetArraySize() != 0)
-      sized.emplace("ARRAYSIZE", TCIMValue::MakeUnsigned(kCIMTypeUint32, declaration.GetArraySize()));
+      sized.emplace("ARRAYSIZE",
+                    TCIMValue::MakeUnsigned(kCIMTypeUint32, declaration.GetArraySize()));
     target
         .CreateQualifierDecl(declaration.GetName(), declaration.GetDefaultValue(),
                              declaration.GetScope(), declaration.GetFlavor(), sized)

@@ -179,8 +179,7 @@ void TCIMXMLParser::TStateProperty::ElementEnd(TCIMXMLParser &parser, const std:
     value = property.kind == TPropertyAttributes::EKind::kScalar
                 ? TCIMValue(DeclaredType(), 0)
                 : property.EmptyValue(*Namespace(parser));
-  if (IsFull(parser) && valueSeen &&
-      (!property.embeddedObject.empty() || DeclaredEmbedded(parser)))
+  if (IsFull(parser) && valueSeen && (!property.embeddedObject.empty() || DeclaredEmbedded(parser)))
     ReadEmbedded(parser, value, "Property " + property.name);
   if (!QN402Mode(parser) || DeclaredType() == value.GetType())
     Require(instance).SetPropertyValue(property.name, value);
@@ -197,7 +196,8 @@ bool TCIMXMLParser::TStateProperty::DeclaredEmbedded(TCIMXMLParser &parser) cons
     for (const auto &declaration : cls->GetProperties())
       if (DeclaresEmbedded(*declaration))
         names.push_back(declaration->GetName());
-    found = parser.embeddedProperties.emplace(cls.get(), std::make_pair(cls, std::move(names))).first;
+    found =
+        parser.embeddedProperties.emplace(cls.get(), std::make_pair(cls, std::move(names))).first;
   }
   for (const std::string &name : found->second.second)
     if (EqualsAsciiNoCase(name, property.name))

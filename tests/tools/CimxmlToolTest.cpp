@@ -263,7 +263,8 @@ TEST_F(CimxmlToolTest, FullGrammar) {
           {{"--mof", declares, uses},
            0,
            Read(declares, 1, 0, 0, 0, 0) +
-               "Qualifier Abstract : boolean, Scope(class), Flavor(DisableOverride, ToSubclass);\n" +
+               "Qualifier Abstract : boolean, Scope(class), Flavor(DisableOverride, "
+               "ToSubclass);\n" +
                Read(uses, 0, 1, 0, 0, 0) + "[Abstract : EnableOverride]\nclass A {\n};\n",
            ""},
           // A schema or file that fails is reported, and the others are read.
