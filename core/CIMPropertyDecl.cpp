@@ -103,7 +103,11 @@ TCIMValue TCIMPropertyDecl::GetValue(const TCIMOptions &) {
   return value;
 }
 
-void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) {
+void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &options) {
+  const auto size = options.find("ARRAYSIZE");
+  arraySize = size != options.end() && newValue.IsArray() && !size->second.IsNull()
+                  ? static_cast<unsigned int>(size->second.GetUnsigned())
+                  : 0;
   if (newValue.GetType() != kCIMTypeNone) {
     value = newValue;
     return;
@@ -112,6 +116,12 @@ void TCIMPropertyDecl::SetValue(const TCIMValue &newValue, const TCIMOptions &) 
   // the type it has, or the one it inherits.
   const TCIMType type = GetType();
   value = type == kCIMTypeNone ? TCIMValue() : TCIMValue(type, 0);
+}
+
+unsigned int TCIMPropertyDecl::GetArraySize(const TCIMOptions &) {
+  if (arraySize != 0)
+    return arraySize;
+  return value.IsArray() && value.IsNull() ? value.GetCount() : 0;
 }
 
 std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &options) {
@@ -126,8 +136,7 @@ std::string TCIMPropertyDecl::ToMOF(const TCIMOptions &options) {
   if (reference) {
     text += (referenceClass.empty() ? std::string("object") : referenceClass) + " REF " + name;
   } else {
-    text += MofTypeName(type) + " " + name +
-            MofArraySuffix(type, value.IsNull() ? value.GetCount() : 0);
+    text += MofTypeName(type) + " " + name + MofArraySuffix(type, GetArraySize());
   }
   if (!value.IsNull())
     text += " = " + value.ToMOF();

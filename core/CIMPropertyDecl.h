@@ -52,6 +52,7 @@ public:
   std::string ToMOF(const TCIMOptions &options = TCIMOptions()) override;
   void SetReferenceClassName(const std::string &className,
                              const TCIMOptions &options = TCIMOptions()) override;
+  unsigned int GetArraySize(const TCIMOptions &options = TCIMOptions()) override;
 
 private:
   std::string name;
@@ -62,6 +63,9 @@ private:
   /// properties never need the room.
   std::unique_ptr<std::string> referenceClassName;
   bool committed = false;
+  /// A fixed size given beside a default with elements, which cannot carry
+  /// it; a null default carries its own.
+  unsigned int arraySize = 0;
 };
 
 } // namespace NVRNORV20

@@ -150,6 +150,7 @@ public:
   virtual TCIMValue GetValue(const TCIMOptions &options = TCIMOptions()) = 0;
   /// Sets the default value, which also sets the type. An untyped null keeps
   /// the type the declaration has (or inherits) and makes the default null.
+  /// The option "ARRAYSIZE" gives an array's fixed size (GetArraySize).
   virtual void SetValue(const TCIMValue &value, const TCIMOptions &options = TCIMOptions()) = 0;
   virtual std::string ToMOF(const TCIMOptions &options = TCIMOptions()) = 0;
   /// Names the class of a reference property whose default points to no
@@ -158,6 +159,10 @@ public:
   /// kORVStatusAlreadyCommitted.
   virtual void SetReferenceClassName(const std::string &className,
                                      const TCIMOptions &options = TCIMOptions()) = 0;
+  /// The fixed size of an array property; 0 when its size is not fixed.
+  /// SetValue takes it from a null array's count, or from the option
+  /// "ARRAYSIZE" (an unsigned integer) beside a default with elements.
+  virtual unsigned int GetArraySize(const TCIMOptions &options = TCIMOptions()) = 0;
 };
 
 /// A property of an instance: its declaration as the instance sees it, and

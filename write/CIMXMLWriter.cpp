@@ -277,7 +277,7 @@ private:
   void Qualifier(ICIMQualifier &qualifier);
   void Property(ICIMPropertyDecl &property);
   /// TYPE, and ARRAYSIZE of a property whose value keeps its size.
-  void TypeAndSize(TCIMType type, const TCIMValue &value);
+  void TypeAndSize(TCIMType type, unsigned int arraySize);
   void Method(ICIMMethod &method);
   void Parameter(ICIMParameter &parameter);
   void InstanceProperty(ICIMProperty &property);
@@ -581,7 +581,7 @@ void TWriter::Property(ICIMPropertyDecl &property) {
     if (!referenceClass.empty())
       Attribute("REFERENCECLASS", referenceClass);
   } else {
-    TypeAndSize(type, value);
+    TypeAndSize(type, property.GetArraySize());
   }
   if (!property.GetClassOrigin().empty())
     Attribute("CLASSORIGIN", property.GetClassOrigin());
@@ -593,11 +593,10 @@ void TWriter::Property(ICIMPropertyDecl &property) {
   End(element);
 }
 
-void TWriter::TypeAndSize(TCIMType type, const TCIMValue &value) {
+void TWriter::TypeAndSize(TCIMType type, unsigned int arraySize) {
   Attribute("TYPE", type.GetName());
-  // Only a null value keeps the declared size.
-  if (type.IsArray() && value.IsNull() && value.GetCount() != 0)
-    Attribute("ARRAYSIZE", std::to_string(value.GetCount()));
+  if (type.IsArray() && arraySize != 0)
+    Attribute("ARRAYSIZE", std::to_string(arraySize));
 }
 
 void TWriter::Method(ICIMMethod &method) {
@@ -673,7 +672,8 @@ void TWriter::InstanceProperty(ICIMProperty &property) {
     if (declaration && !declaration->GetReferenceClassName().empty())
       Attribute("REFERENCECLASS", declaration->GetReferenceClassName());
   } else {
-    TypeAndSize(type, value);
+    // Only a null value keeps the declared size.
+    TypeAndSize(type, value.IsNull() ? value.GetCount() : 0);
   }
   if (type.GetElementType() == kCIMTypeString)
     if (const char *embedded = declaration ? DeclaredEmbedded(*declaration) : HeldEmbedded(value))

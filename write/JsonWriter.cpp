@@ -386,7 +386,7 @@ void Property(TJson &json, ICIMPropertyDecl &property) {
   json.StartObject();
   Member(json, "name", property.GetName());
   Type(json, "type", type);
-  ArrayAndReference(json, type, value.IsNull() ? value.GetCount() : 0,
+  ArrayAndReference(json, type, property.GetArraySize(),
                     type.GetElementType() == kCIMTypeReference ? property.GetReferenceClassName()
                                                                : std::string());
   Member(json, "classOrigin", property.GetClassOrigin());

@@ -94,15 +94,14 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
   if (!valueSeen && IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
       !value.GetReferencedClass())
     value.SetReferencedClass(FindClass(parser, property.referenceClass));
-  // A property's default carries its elements, not the size of a fixed-size
-  // array beside them.
-  if (valueSeen && IsFull(parser) && property.arraySize != 0 && !value.IsNull())
-    Report(parser, "Property " + property.name + ": ARRAYSIZE " +
-                       std::to_string(property.arraySize) + " is not kept beside a default value");
   if (valueSeen && IsFull(parser) &&
       (!property.embeddedObject.empty() || DeclaresEmbedded(Require(declaration))))
     ReadEmbedded(parser, value, "Property " + property.name);
-  Require(declaration).SetValue(value);
+  // A default with elements cannot carry a fixed size: it goes beside.
+  TCIMOptions sized;
+  if (IsFull(parser) && property.arraySize != 0 && !value.IsNull())
+    sized.emplace("ARRAYSIZE", TCIMValue::MakeUnsigned(kCIMTypeUint32, property.arraySize));
+  Require(declaration).SetValue(value, sized);
   // A class named but not loaded, or defined further on, keeps its name.
   if (IsFull(parser) && property.kind == TPropertyAttributes::EKind::kReference &&
       declaration->GetReferenceClassName().empty())

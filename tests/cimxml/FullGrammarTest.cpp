@@ -275,11 +275,6 @@ TEST_F(FullGrammarTest, WhatCannotBeReadIsReportedAndTheRestRead) {
        "TYPE=\"string\"/></INSTANCE>",
        {"I:instance of X_Disk { A = 1; };"},
        {Err("Qualifier Q of an instance is not kept"), Ended(kORVStatusTypeMismatch)}},
-      {InDeclGroup("<VALUE.OBJECT><CLASS NAME=\"X_Disk\"><PROPERTY.ARRAY NAME=\"A\" "
-                   "TYPE=\"uint8\" ARRAYSIZE=\"2\"><VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY>"
-                   "</PROPERTY.ARRAY></CLASS></VALUE.OBJECT>"),
-       {"C:X_Disk"},
-       {Err("Property A: ARRAYSIZE 2 is not kept beside a default value")}},
       // XML 1.0's characters: references decoded to UTF-8, attributes too;
       // what XML does not allow is dropped with a line.
       {response("<VALUE>a&#1;b&#xE9;\x02"

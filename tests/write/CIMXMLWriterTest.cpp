@@ -52,8 +52,9 @@ std::map<std::string, std::string> Model(ICIMNamespace &ns) {
     std::string &text = model["class " + cls->GetName()];
     text = "super " + cls->GetSuperClassName() + Qualifiers(*cls);
     for (const auto &p : cls->GetProperties())
-      text += "\n property " + p->GetName() + " " + Describe(p->GetValue()) + " ref " +
-              p->GetReferenceClassName() + " origin " + p->GetClassOrigin() + Qualifiers(*p);
+      text += "\n property " + p->GetName() + " " + Describe(p->GetValue()) + " size " +
+              std::to_string(p->GetArraySize()) + " ref " + p->GetReferenceClassName() +
+              " origin " + p->GetClassOrigin() + Qualifiers(*p);
     for (const auto &m : cls->GetMethods()) {
       text += "\n method " + m->GetName() + " " + TypeText(m->GetReturnType()) + " origin " +
               m->GetClassOrigin() + Qualifiers(*m);
@@ -280,14 +281,16 @@ TEST_F(CIMXMLWriterTest, ObjectsWriteAsTheyRead) {
       R"( TOSUBCLASS="true" TRANSLATABLE="false">)" +
           scope + "<VALUE>false</VALUE></QUALIFIER.DECLARATION>",
       R"(<QUALIFIER.DECLARATION NAME="Values" TYPE="string" ISARRAY="true" ARRAYSIZE="2")" +
-          flavors + "\"true\">" + scope + "</QUALIFIER.DECLARATION>",
+          flavors + "\"true\">" + scope +
+          "<VALUE.ARRAY><VALUE>v</VALUE></VALUE.ARRAY></QUALIFIER.DECLARATION>",
       R"(<QUALIFIER.DECLARATION NAME="EmbeddedInstance" TYPE="string" ISARRAY="false")" + flavors +
           "\"false\">" + scope + "</QUALIFIER.DECLARATION>",
       R"(<CLASS NAME="A"><QUALIFIER NAME="Values" TYPE="string" TOSUBCLASS="false")"
       R"( TRANSLATABLE="true"><VALUE.ARRAY><VALUE>x</VALUE><VALUE.NULL/></VALUE.ARRAY></QUALIFIER>)"
       R"(<PROPERTY NAME="k" TYPE="string" CLASSORIGIN="A"><QUALIFIER NAME="Key" TYPE="boolean")"
       R"( OVERRIDABLE="true"><VALUE>true</VALUE></QUALIFIER></PROPERTY><PROPERTY.ARRAY NAME="a")"
-      R"( TYPE="uint8" ARRAYSIZE="4" CLASSORIGIN="A"/><PROPERTY.REFERENCE NAME="r")"
+      R"( TYPE="uint8" ARRAYSIZE="4" CLASSORIGIN="A"><VALUE.ARRAY><VALUE>1</VALUE></VALUE.ARRAY>)"
+      R"(</PROPERTY.ARRAY><PROPERTY.REFERENCE NAME="r")"
       R"( REFERENCECLASS="A" CLASSORIGIN="A"/><PROPERTY NAME="e" TYPE="string" CLASSORIGIN="A")"
       R"( EmbeddedObject="instance"><QUALIFIER NAME="EmbeddedInstance" TYPE="string"><VALUE>A</VALUE>)"
       R"(</QUALIFIER></PROPERTY><METHOD NAME="m" CLASSORIGIN="A"><PARAMETER NAME="p" TYPE="real32"/>)"
