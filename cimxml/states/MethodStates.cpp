@@ -59,11 +59,16 @@ void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser, TAttrib
 }
 
 boost::shared_ptr<ICIMQualifiedObject> TCIMXMLParser::TStateParameter::InheritedObject() const {
+  if (inheritedFound)
+    return inherited;
+  inheritedFound = true;
   if (inheritedMethod)
     for (const boost::shared_ptr<ICIMParameter> &candidate : inheritedMethod->GetParameters())
-      if (EqualsAsciiNoCase(candidate->GetName(), property.name))
-        return candidate;
-  return nullptr;
+      if (EqualsAsciiNoCase(candidate->GetName(), property.name)) {
+        inherited = candidate;
+        break;
+      }
+  return inherited;
 }
 
 TCIMType TCIMXMLParser::TStateParameter::ParameterType(bool full) const {

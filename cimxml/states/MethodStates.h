@@ -76,7 +76,7 @@ public:
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return parameter; }
   /// The overridden method's parameter of the same name; empty when there
-  /// is none.
+  /// is none. Looked up at the first qualifier, kept for the others.
   boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const;
   TCIMType ValueType() const { return property.type; }
   // Only the classic grammar gives a parameter a value child.
@@ -94,6 +94,9 @@ protected:
 
 private:
   void Finish(TCIMXMLParser &parser);
+
+  mutable boost::shared_ptr<ICIMQualifiedObject> inherited;
+  mutable bool inheritedFound = false;
 };
 
 /// "parameter.array": its own attributes, the children of "parameter", the

@@ -61,10 +61,13 @@ void AttachReferencedClass(ICIMNamespace &ns, const std::string &className, TCIM
 // Declaration variants.
 
 boost::shared_ptr<ICIMQualifiedObject> TCIMXMLParser::TStatePropertyDecl::InheritedObject() const {
+  if (inheritedFound)
+    return inherited;
+  inheritedFound = true;
   boost::shared_ptr<ICIMClass> superClass = cls ? cls->GetSuperClass() : nullptr;
-  if (!superClass || !superClass->HasProperty(property.name))
-    return nullptr;
-  return superClass->GetProperty(property.name);
+  if (superClass && superClass->HasProperty(property.name))
+    inherited = superClass->GetProperty(property.name);
+  return inherited;
 }
 
 void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,

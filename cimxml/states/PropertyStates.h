@@ -72,6 +72,7 @@ public:
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return declaration; }
   /// The superclass's property of the same name; empty when there is none.
+  /// Looked up at the first qualifier, kept for the others.
   boost::shared_ptr<ICIMQualifiedObject> InheritedObject() const;
   TCIMType ValueType() const { return property.type; }
   TCIMType ElementType() const { return property.type; }
@@ -86,6 +87,10 @@ protected:
   boost::shared_ptr<ICIMClass> cls;
   TPropertyAttributes property;
   boost::shared_ptr<ICIMPropertyDecl> declaration;
+
+private:
+  mutable boost::shared_ptr<ICIMQualifiedObject> inherited;
+  mutable bool inheritedFound = false;
 };
 
 /// "property.array" in a class. Without "value.array" the default is an
