@@ -73,11 +73,15 @@ void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::
 void TCIMXMLParser::TParseState::TakePropagated(TCIMXMLParser &parser, ICIMClass &cls,
                                                 bool isMethod, const std::string &name,
                                                 const std::string &classOrigin) {
-  const char *const kind = isMethod ? "Propagated method " : "Propagated property ";
-  const std::string member = kind + name + " of class " + cls.GetName();
+  // Most propagated members agree with what they copy: the member's words
+  // are put together only for a line.
+  const auto report = [&](const std::string &what) {
+    Report(parser, (isMethod ? "Propagated method " : "Propagated property ") + name +
+                       " of class " + cls.GetName() + what);
+  };
   boost::shared_ptr<ICIMClass> superClass = cls.GetSuperClass();
   if (!superClass || !(isMethod ? superClass->HasMethod(name) : superClass->HasProperty(name))) {
-    Report(parser, member + " is not in the superclass: it is read as the class's own");
+    report(" is not in the superclass: it is read as the class's own");
     return;
   }
   boost::shared_ptr<ICIMQualifiedObject> copy;
@@ -90,18 +94,19 @@ void TCIMXMLParser::TParseState::TakePropagated(TCIMXMLParser &parser, ICIMClass
     inherited = method;
   } else {
     boost::shared_ptr<ICIMPropertyDecl> property = superClass->GetProperty(name);
+    boost::shared_ptr<ICIMPropertyDecl> own = cls.GetProperty(name);
     origin = property->GetClassOrigin();
-    if (!(cls.GetProperty(name)->GetValue() == property->GetValue()))
-      Report(parser, member + " has another default than the inherited one, which is kept");
-    copy = cls.GetProperty(name);
+    if (!(own->GetValue() == property->GetValue()))
+      report(" has another default than the inherited one, which is kept");
+    copy = own;
     inherited = property;
   }
   if (!classOrigin.empty() && !EqualsAsciiNoCase(classOrigin, origin))
-    Report(parser, member + " names class origin " + classOrigin + ", but it comes from " + origin);
+    report(" names class origin " + classOrigin + ", but it comes from " + origin);
   for (const boost::shared_ptr<ICIMQualifier> &qualifier : copy->GetQualifiers())
     if (!(qualifier->GetValue() == inherited->GetQualifier(qualifier->GetName())->GetValue()))
-      Report(parser, member + ": qualifier " + qualifier->GetName() +
-                         " differs from the inherited one, which is kept");
+      report(": qualifier " + qualifier->GetName() +
+             " differs from the inherited one, which is kept");
   if (isMethod)
     cls.RemoveMethod(name);
   else
