@@ -574,19 +574,22 @@ private:
   ICIMXMLHandler &next;
 };
 
-/// Reads one file in the full grammar; ns only types what it holds, and
-/// gains its qualifier declarations. A file that failed adds nothing to
+/// Reads one file in the full grammar into handler; ns only types what it
+/// holds, and gains its qualifier declarations.
+void PopulateFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
+                  ICIMXMLHandler &handler) {
+  TDeclaring declaring(*ns, handler);
+  TNamespacePopulator::Populate(
+      ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, declaring);
+}
+
+/// Reads one file in the full grammar. A file that failed adds nothing to
 /// collected.
 bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
               const TOptions &options, TCIMXMLDeclaration &collected) {
   TCIMXMLResult result;
-  TDeclaring declaring(*ns, result);
   return ProcessFile(
-      fileName, options,
-      [&] {
-        TNamespacePopulator::Populate(
-            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, declaring);
-      },
+      fileName, options, [&] { PopulateFull(ns, fileName, result); },
       [&] {
         Report(options, FullReport(fileName, result, options));
         Collect(result, collected);
@@ -599,14 +602,9 @@ bool ReadFull(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fil
 bool ReadJson(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &fileName,
               const TOptions &options, TJsonWriter &json) {
   json.BeginFile(fileName);
-  TDeclaring declaring(*ns, json);
   return ProcessFile(
-      fileName, options,
-      [&] {
-        TNamespacePopulator::Populate(
-            ns, fileName, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, declaring);
-      },
-      [&] { json.EndFile(); }, [&](const std::exception &failure) { json.EndFile(&failure); });
+      fileName, options, [&] { PopulateFull(ns, fileName, json); }, [&] { json.EndFile(); },
+      [&](const std::exception &failure) { json.EndFile(&failure); });
 }
 
 bool PrintMOF(const boost::shared_ptr<ICIMNamespace> &ns) {
