@@ -112,18 +112,6 @@ std::string Flat(const std::string &xml) {
   return flat;
 }
 
-TCIMValue Reference(const std::string &className,
-                    const std::vector<std::pair<std::string, TCIMValue>> &keys,
-                    const std::string &ns = "", const std::string &host = "") {
-  TCIMReference reference;
-  reference.SetClassName(className);
-  reference.SetNamespaceName(ns);
-  reference.SetHost(host);
-  for (const auto &key : keys)
-    reference.AddKeyValue(key.first, key.second);
-  return TCIMValue(reference);
-}
-
 TCIMValue Array(TCIMType type, const std::vector<TCIMValue> &elements) {
   TCIMValue array;
   array.Set(type, 0, elements);
@@ -137,10 +125,6 @@ struct TForm {
   std::string xml;
   std::vector<std::string> log = {};
 };
-
-std::function<void(std::ostream &)> Of(const TCIMValue &value) {
-  return [value](std::ostream &out) { TCIMXMLWriter::WriteValue(out, value); };
-}
 
 class CIMXMLWriterTest : public TParserFixture {
 protected:
@@ -178,94 +162,6 @@ protected:
 
   TTemporaryFolder scratch;
 };
-
-TEST_F(CIMXMLWriterTest, ValuesAndPaths) {
-  const TCIMValue key = TCIMValue("a\"b");
-  std::vector<std::pair<std::string, TCIMValue>> deep = {{"k", key}};
-  for (int level = 0; level < 16; ++level)
-    deep = {{"r", Reference("R", deep)}};
-  const auto real = [](double value) { return TCIMValue::MakeReal(kCIMTypeReal64, value); };
-  const std::string keys =
-      R"(<KEYBINDING NAME="s"><KEYVALUE VALUETYPE="string" TYPE="string">a"b</KEYVALUE></KEYBINDING>)"
-      R"(<KEYBINDING NAME="n"><KEYVALUE VALUETYPE="numeric" TYPE="sint8">-1</KEYVALUE></KEYBINDING>)"
-      R"(<KEYBINDING NAME="b"><KEYVALUE VALUETYPE="boolean" TYPE="boolean">false</KEYVALUE></KEYBINDING>)"
-      R"(<KEYBINDING NAME="t"><KEYVALUE VALUETYPE="string" TYPE="datetime">00000001000000.000000:000</KEYVALUE></KEYBINDING>)"
-      R"(<KEYBINDING NAME="r"><VALUE.REFERENCE><INSTANCENAME CLASSNAME="D"><KEYBINDING NAME="c">)"
-      R"(<KEYVALUE VALUETYPE="string" TYPE="char16">x</KEYVALUE></KEYBINDING></INSTANCENAME>)"
-      R"(</VALUE.REFERENCE></KEYBINDING>)";
-  Check({
-      {"escapes", Of(TCIMValue("<a & \"b\">'\r\n\t")),
-       "<VALUE>&lt;a &amp; \"b\"&gt;'&#13;\n\t</VALUE>"},
-      {"not in XML",
-       Of(TCIMValue("a\x01"
-                    "b\xEF\xBF\xBE"
-                    "c\x02")),
-       "<VALUE>abc</VALUE>",
-       {kLine + "U+0001, which XML 1.0 cannot carry, left out of the text of a value (with any "
-                "other such character there)"}},
-      {"not UTF-8",
-       Of(TCIMValue("caf\xE9")),
-       "<VALUE>caf&#233;</VALUE>",
-       {kLine + "bytes that are not UTF-8 in the text of a value, each written as its Latin-1 "
-                "character"}},
-      {"real32", Of(TCIMValue::MakeReal(kCIMTypeReal32, 0.1f)), "<VALUE>0.1</VALUE>"},
-      {"real64 array",
-       Of(Array(kCIMTypeReal64, {real(0.1), real(std::numeric_limits<double>::quiet_NaN()),
-                                 real(-std::numeric_limits<double>::infinity()),
-                                 TCIMValue(TCIMType(kCIMTypeReal64), 0)})),
-       "<VALUE.ARRAY><VALUE>0.1</VALUE><VALUE>NaN</VALUE><VALUE>-INF</VALUE><VALUE.NULL/>"
-       "</VALUE.ARRAY>"},
-      {"interval",
-       Of(Array(kCIMTypeDateTime, {TCIMValue(TCIMDateTime::MakeInterval(3, 4, 5, 6, 7))})),
-       "<VALUE.ARRAY><VALUE>00000003040506.000007:000</VALUE></VALUE.ARRAY>"},
-      {"char16", Of(TCIMValue::MakeUnsigned(kCIMTypeChar16, 0x20AC)),
-       "<VALUE>\xE2\x82\xAC</VALUE>"},
-      {"char16 not in XML",
-       Of(Array(kCIMTypeChar16, {TCIMValue::MakeUnsigned(kCIMTypeChar16, 0)})),
-       "<VALUE.ARRAY><VALUE.NULL/></VALUE.ARRAY>",
-       {kLine + "the char16 U+0000 of a value, which XML 1.0 cannot carry, written as null"}},
-      {"class name", Of(Reference("C", {})),
-       "<VALUE.REFERENCE><CLASSNAME NAME=\"C\"/></VALUE.REFERENCE>"},
-      {"class path", Of(Reference("C", {}, "root/x", "h")),
-       "<VALUE.REFERENCE><CLASSPATH><NAMESPACEPATH><HOST>h</HOST><LOCALNAMESPACEPATH>"
-       "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"x\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>"
-       "<CLASSNAME NAME=\"C\"/></CLASSPATH></VALUE.REFERENCE>"},
-      {"local instance path",
-       Of(Reference("C",
-                    {{"s", key},
-                     {"n", TCIMValue::MakeSigned(kCIMTypeSint8, -1)},
-                     {"b", TCIMValue(false)},
-                     {"t", TCIMValue(TCIMDateTime::MakeInterval(1, 0, 0, 0, 0))},
-                     {"r", Reference("D", {{"c", TCIMValue::MakeUnsigned(kCIMTypeChar16, 'x')}})}},
-                    "ns")),
-       "<VALUE.REFERENCE><LOCALINSTANCEPATH><LOCALNAMESPACEPATH><NAMESPACE NAME=\"ns\"/>"
-       "</LOCALNAMESPACEPATH><INSTANCENAME CLASSNAME=\"C\">" +
-           keys + "</INSTANCENAME></LOCALINSTANCEPATH></VALUE.REFERENCE>"},
-      {"host without namespace, keys that cannot be",
-       Of(Reference("C", {{"a", Array(kCIMTypeUint8, {})}, {"n", TCIMValue()}}, "", "h")),
-       "<VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"C\"/></VALUE.REFERENCE>",
-       {kLine + "the host 'h' of a path in a value left out: a path without namespace has no "
-                "place for it",
-        kLine + "key 'a' left out: a key cannot be an array",
-        kLine + "key 'n' left out: it has no value"}},
-      {"reference array", Of(Array(kCIMTypeReference, {Reference("C", {}), TCIMValue()})),
-       "<VALUE.REFARRAY><VALUE.REFERENCE><CLASSNAME NAME=\"C\"/></VALUE.REFERENCE><VALUE.NULL/>"
-       "</VALUE.REFARRAY>"},
-  });
-  // 16 references nest, as deep as the parser reads them; the 17th is left
-  // out.
-  logger.entries.clear();
-  const std::string nested = Written(Of(Reference("R", deep)));
-  std::size_t references = 0;
-  for (std::size_t at = 0; (at = nested.find("<VALUE.REFERENCE>", at)) != std::string::npos; ++at)
-    ++references;
-  EXPECT_EQ(16U, references);
-  std::string where = "key 'r'";
-  for (int level = 1; level < 16; ++level)
-    where += " of key 'r'";
-  EXPECT_EQ(Log(), std::vector<std::string>{kLine + where +
-                                            " left out: references nest more than 16 deep"});
-}
 
 // Each object reads and writes as itself: every member form, flavors stated
 // where they differ from the document type's or the declaration's (Key is

@@ -173,47 +173,6 @@ TEST(JsonWriterTest, EveryTypeOfValue) {
   }
 }
 
-/// Reads each file with the writer as handler, as the tool does.
-std::string WriteFiles(const boost::shared_ptr<ICIMNamespace> &ns,
-                       const std::vector<std::string> &files) {
-  std::ostringstream out;
-  TJsonWriter writer(out);
-  for (const std::string &file : files) {
-    writer.BeginFile(file);
-    TNamespacePopulator::Populate(
-        ns, file, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, writer);
-    writer.EndFile();
-  }
-  writer.Finish();
-  return out.str();
-}
-
-// Calls' targets, parameters that held paths, correlators, an export call.
-TEST(JsonWriterTest, ItemsOfRequests) {
-  TCapturingLogger logger;
-  const std::string examples = std::string(ORV_EXAMPLES_DIR) + "/";
-  const std::string text = WriteFiles(CreateCIMNamespace("root/cimv2"),
-                                      {examples + "request.xml", examples + "indication.xml"});
-  ASSERT_EQ('\n', text.back());
-  CheckShape(
-      ParseJson(text),
-      {
-          {"/files/0/items/0/role", "'ObjectName'"},
-          {"/files/0/items/2/target", "{'namespace':'root/example'}"},
-          {"/files/0/items/2/parameters/0",
-           "{'name':'ObjectName','type':null,'value':null,'firstObject':0,'objectCount':1}"},
-          {"/files/0/items/2/correlators", "[{'name':'Trace','type':'uint32','value':12}]"},
-          {"/files/0/items/3/target/className", "'ORV_Disk'"},
-          {"/files/0/items/3/parameters/0", "{'name':'RequestedState','type':'uint16','value':3}"},
-          {"/files/1/items/0/role", "'NewIndication'"},
-          {"/files/1/items/1/kind", "'EXPMETHODCALL'"},
-          {"/files/1/items/2",
-           "{'item':'message','sequence':0,'line':6,'id':'1003','protocolVersion':'1.0',"
-           "'kind':'SIMPLEEXPREQ','firstOperation':0,'operationCount':1}"},
-          {"/files/2", "(none)"},
-      });
-}
-
 // A class with all it inherits, read in the full grammar; a qualifier
 // declaration; a namespace with its classes superclass first.
 TEST(JsonWriterTest, ClassesAndDeclarations) {
@@ -266,36 +225,6 @@ TEST(JsonWriterTest, ClassesAndDeclarations) {
                                     {"/instances", "[]"}});
 }
 
-// A value nested deeper than the writer recurses is written as its text,
-// or as null where that text would be too long.
-TEST(JsonWriterTest, DeepNestingBecomesText) {
-  TCIMValue arrays = Array(kCIMTypeUint32, {Uint32(1), Uint32(2)});
-  for (int level = 0; level < 70; ++level)
-    arrays = Array(kCIMTypeUint32, {arrays});
-  TCIMValue references = TCIMValue(TCIMReference());
-  for (int level = 0; level < 200; ++level) {
-    TCIMReference path;
-    path.AddKeyValue("Ref", references);
-    references = TCIMValue(path);
-  }
-  const std::string deep = "JSON: a value nested more than 64 deep ";
-  for (const auto &c : {std::make_tuple(arrays, "'1, 2'", deep + "is written as its text"),
-                        std::make_tuple(references, "null",
-                                        deep + "is too long as text (Out of memory); written as "
-                                               "null")}) {
-    SCOPED_TRACE(std::get<1>(c));
-    std::vector<std::string> log;
-    const rapidjson::Document document = InstanceJson(std::get<0>(c), log);
-    const rapidjson::Value *deepest = &document["properties"][0]["value"];
-    int levels = 0;
-    for (; deepest->IsArray() || deepest->IsObject(); ++levels)
-      deepest = deepest->IsArray() ? &(*deepest)[0] : &(*deepest)["keys"][0]["value"];
-    EXPECT_EQ(64, levels);
-    EXPECT_EQ(Q(std::get<1>(c)), At(*deepest, ""));
-    EXPECT_EQ(std::vector<std::string>{std::get<2>(c)}, log);
-  }
-}
-
 /// The writer, noting how much had reached the stream when the last
 /// object arrived.
 class TWatchedWriter : public TJsonWriter {
@@ -342,47 +271,6 @@ TEST(JsonWriterTest, EnumerationStreamsThrough) {
   EXPECT_EQ(std::to_string(count), At(document, "/files/0/counts/instances"));
   EXPECT_EQ("\"9999\"", At(document, "/files/0/items/9999/instance/properties/0/value"));
   EXPECT_GT(writer.writtenBefore, out.str().size() * 9 / 10);
-}
-
-// Every object of real responses is written, in its place, with the values
-// a reader reads back.
-using JsonWriterCorpusTest = TCorpusTest;
-
-TEST_F(JsonWriterCorpusTest, EveryObjectOfAResponseIsWritten) {
-  TCapturingLogger logger;
-  for (const char *name : {"pywbem-functiontest/enumerateinstances/EnumerateInstances1.rsp.xml",
-                           "openwbem/test/acceptance/testfiles/MultiReqResp.xml"}) {
-    SCOPED_TRACE(name);
-    const std::string file = corpus + "/" + name;
-    const auto ns = CreateCIMNamespace("root/cimv2");
-    TCIMXMLResult result;
-    TNamespacePopulator::Populate(
-        ns, file, {ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly}, result);
-    const rapidjson::Document document = ParseJson(WriteFiles(ns, {file}));
-    const rapidjson::Value &items = document["files"][0]["items"];
-    ASSERT_EQ(result.GetObjects().size() + result.GetOperations().size() +
-                  result.GetMessages().size(),
-              items.Size());
-    rapidjson::SizeType index = 0;
-    for (const TCIMXMLObject &object : result.GetObjects()) {
-      while (items[index]["item"] == "operation" || items[index]["item"] == "message")
-        ++index;
-      const rapidjson::Value &item = items[index++];
-      EXPECT_EQ(object.sequence, item["sequence"].GetUint64());
-      if (object.kind == TCIMXMLObject::EKind::kInstance) {
-        const rapidjson::Value &properties = item["instance"]["properties"];
-        ASSERT_EQ(object.instance->GetProperties().size(), properties.Size());
-        for (const rapidjson::Value &property : properties.GetArray()) {
-          const TCIMValue value = object.instance->GetPropertyValue(property["name"].GetString());
-          EXPECT_EQ(value, FromJson(value.GetType(), property["value"]));
-        }
-      } else if (object.kind == TCIMXMLObject::EKind::kClass) {
-        EXPECT_EQ(object.cimClass->GetName(), item["class"]["name"].GetString());
-        EXPECT_EQ(object.cimClass->GetProperties().size(), item["class"]["properties"].Size());
-        EXPECT_EQ(object.cimClass->GetMethods().size(), item["class"]["methods"].Size());
-      }
-    }
-  }
 }
 
 } // namespace
