@@ -10,7 +10,9 @@ set -euo pipefail
 packages=(cmake ninja-build g++ libboost-dev zlib1g-dev libcli11-dev rapidjson-dev)
 case "${1:-main}" in
   main) ;;
-  test) packages+=(libgtest-dev libgmock-dev clang clang-format clang-tidy pkgconf valgrind) ;;
+  # The test job also builds the benchmarks, so that they cannot rot.
+  test) packages+=(libgtest-dev libgmock-dev clang clang-format clang-tidy pkgconf valgrind
+                   libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev) ;;
   bench) packages+=(libbenchmark-dev libexpat1-dev libxml2-dev libpugixml-dev) ;;
   *) echo "usage: $0 main|test|bench" >&2; exit 2 ;;
 esac
