@@ -3,7 +3,8 @@
 # of our whole load next to our tokenizer, expat and pugixml on the same
 # file. Only the pass itself is counted: reading the file into memory for the
 # in-memory readers, preparing the namespace and releasing what was built are
-# not. Builds build/profile (Release, benchmarks on) first.
+# not. Builds build/profile (Release with debugging information, so that
+# callgrind_annotate can show lines; benchmarks on) first.
 #
 #   scripts/profile.sh DOC [PREREQ]        DOC read by the class loader
 #   scripts/profile.sh --instances DOC PREREQ
@@ -27,7 +28,7 @@ prereq="${2:-}"
 command -v valgrind >/dev/null || { echo "profile.sh needs valgrind" >&2; exit 1; }
 build=build/profile
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DORV_BUILD_TESTS=OFF \
-  -DORV_BUILD_TOOLS=OFF -DORV_BUILD_BENCHMARKS=ON -DORV_FUZZ=OFF >/dev/null
+  -DORV_BUILD_TOOLS=OFF -DORV_BUILD_BENCHMARKS=ON -DORV_FUZZ=OFF -DCMAKE_CXX_FLAGS=-g >/dev/null
 cmake --build "$build" -j2 --target ProfileRun >/dev/null
 
 scratch="$(mktemp -d)"
@@ -46,5 +47,5 @@ for method in "$loader" tokenizer expat pugixml; do
   ir="$(callgrind_annotate "$scratch/$method.out" 2>/dev/null |
     sed -n 's/^ *\([0-9,]*\) .*PROGRAM TOTALS.*/\1/p' | tr -d ,)"
   awk -v m="$method" -v ir="$ir" -v b="$bytes" \
-    'BEGIN { printf "%-10s %14d %10.1f\n", m, ir, ir / b }'
+    'BEGIN { printf "%-10s %14.0f %10.1f\n", m, ir, ir / b }'
 done
