@@ -237,11 +237,14 @@ private:
   /// enough.
   std::string foldedName;
   /// The global locale whose ctype facet foldTable was taken from, and the
-  /// facet; foldByTable says whether the facet folds byte by byte (the
-  /// standard one) so that the table gives the same bytes.
+  /// facet (none until a name is folded in this document); foldByTable says whether the facet folds
+  /// byte by byte (the standard one) so that the table gives the same bytes.
   std::locale foldLocale;
   const std::ctype<char> *foldFacet = nullptr;
   bool foldByTable = false;
+  /// The table folds A to Z only, as ASCII does (the classic locale and
+  /// most others): then eight bytes are folded at a time.
+  bool foldAscii = false;
   char foldTable[256] = {};
 
   /// The full grammar's reading of attribute values: references decoded,
@@ -250,7 +253,8 @@ private:
   /// Appends text, dropping (and logging) what XML 1.0 does not allow.
   void AppendXmlText(std::string &to, const char *data, std::size_t length);
 
-  /// The name folded with the global locale as it stands now.
+  /// The name folded with the global locale as it stood when the document
+  /// started.
   const std::string &FoldElementName(const char *name);
 
   /// The namespace for one call; throws kORVStatusNamespaceGone when the

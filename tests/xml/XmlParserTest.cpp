@@ -2,11 +2,13 @@
 // "T:text", "E:name", "P:target/data", "F:message@line". Like the CIM-XML
 // parser, the recorder throws from FatalError, unless told to return.
 #include "xml/XmlParser.h"
+#include "xml/XmlBytes.h"
 
 #include "core_api/ORVStatusCode.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <locale>
@@ -228,6 +230,27 @@ TEST(XmlParserTest, NamesFoldWithTheGlobalLocale) {
   EXPECT_EQ("S:a{name=2,\xFD"
             "d=1} E:a",
             events);
+}
+
+// Element names are folded eight bytes at a time: each byte of a word must
+// fold as it does alone, whatever its neighbours, bytes above 0x7F included.
+TEST(XmlParserTest, WordFoldingMatchesByteFolding) {
+  for (int byte = 0; byte < 256; ++byte)
+    for (const int neighbour :
+         {0x00, int{'@'}, int{'A'}, int{'Z'}, int{'['}, int{'z'}, 0x7F, 0xC1, 0xFF})
+      for (std::size_t position = 0; position < 8; ++position) {
+        unsigned char bytes[8];
+        std::memset(bytes, neighbour, sizeof bytes);
+        bytes[position] = static_cast<unsigned char>(byte);
+        std::uint64_t word;
+        std::memcpy(&word, bytes, sizeof word);
+        word = NVRNORV20::AsciiLowerWord(word);
+        unsigned char folded[8];
+        std::memcpy(folded, &word, sizeof folded);
+        for (std::size_t i = 0; i < 8; ++i)
+          ASSERT_EQ(folded[i], NVRNORV20::AsciiLower(static_cast<char>(bytes[i])))
+              << "byte " << byte << " at " << position << " beside " << neighbour;
+      }
 }
 
 // Nesting is bounded by memory, not by the stack.
