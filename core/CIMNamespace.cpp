@@ -47,9 +47,49 @@ bool IsBarePathKey(ECIMType type) {
   return type == kCIMTypeBoolean || (type >= kCIMTypeUint8 && type <= kCIMTypeReal64);
 }
 
+bool IsAscii(std::string_view text) {
+  for (const char c : text)
+    if (static_cast<unsigned char>(c) >= 0x80)
+      return false;
+  return true;
+}
+
+/// A key value of the instance that MOF writes as a text in double quotes:
+/// a string (an embedded object's being the object's MOF) or a datetime.
+/// Where that text is ASCII, quoting and escaping it tell no two values
+/// apart that the text alone does not, so the text itself is filed, and no
+/// MOF literal is built for every instance. Other texts keep their literal
+/// (a non-ASCII one can never read as an ASCII one). False when the value
+/// is not such a text.
+bool AppendQuotedKey(std::string &key, const TCIMValue &value) {
+  if (value.IsNull() || value.IsArray())
+    return false;
+  std::string spare;
+  const std::string *text = &spare;
+  if (value.GetType() == kCIMTypeString) {
+    if (boost::shared_ptr<ICIMInstance> embedded = value.GetEmbeddedInstance())
+      spare = embedded->ToMOF();
+    else if (boost::shared_ptr<ICIMClass> embeddedClass = value.GetEmbeddedClass())
+      spare = embeddedClass->ToMOF();
+    else
+      text = &value.GetString();
+  } else if (value.GetType() == kCIMTypeDateTime) {
+    spare = value.ToString();
+  } else {
+    return false;
+  }
+  if (!IsAscii(*text))
+    return false;
+  AppendCounted(key, 'S', *text);
+  return true;
+}
+
 /// Appends the parts of one key value, nested references and arrays
 /// walked with a stack.
 void AppendRegistryValue(std::string &key, const TCIMValue &top) {
+  // Most keys are a plain string: no stack for them.
+  if (AppendQuotedKey(key, top))
+    return;
   struct TPart {
     const TCIMValue *value;
     const TCIMReference *path;
@@ -87,8 +127,10 @@ void AppendRegistryValue(std::string &key, const TCIMValue &top) {
       for (std::size_t i = elements->size(); i-- > 0;)
         pending.push_back({&(*elements)[i], nullptr, {}, role});
     } else if (part.role == ERegistryRole::kInstanceKey) {
-      // A scalar or null: its MOF literal, which no nesting can lengthen.
-      AppendCounted(key, 'M', value.ToMOF());
+      // A scalar or null: its text or MOF literal, which no nesting can
+      // lengthen.
+      if (!AppendQuotedKey(key, value))
+        AppendCounted(key, 'M', value.ToMOF());
     } else if (part.role == ERegistryRole::kPathKey && value.IsNull()) {
       key += 'N'; // written as nothing, where an empty string is
     } else if (part.role == ERegistryRole::kPathKey && IsBarePathKey(value.GetType())) {

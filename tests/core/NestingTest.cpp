@@ -71,6 +71,10 @@ TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
       {TCIMValue("20240101000000.000000+000"), datetime, true},
       {TCIMValue::MakeUnsigned(kCIMTypeUint8, 5), TCIMValue::MakeSigned(kCIMTypeSint64, 5), true},
       {TCIMValue("x"), TCIMValue::MakeUnsigned(kCIMTypeChar16, 'x'), false},
+      // Texts that MOF escapes or writes as they are, ASCII or not.
+      {TCIMValue("a\"b\\"), TCIMValue("a\"b\\"), true},
+      {TCIMValue("caf\xC3\xA9"), TCIMValue("caf\xC3\xA9"), true},
+      {TCIMValue("caf\xC3\xA9"), TCIMValue("cafe"), false},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.first.GetType().GetName() + " " + c.second.GetType().GetName());
