@@ -19,6 +19,10 @@ inline char FoldAscii(char c) {
 inline bool EqualsNoCase(std::string_view left, std::string_view right) {
   if (left.size() != right.size())
     return false;
+  // Names are mostly written in the letter case of their declaration: a
+  // plain comparison settles those a word at a time.
+  if (left == right)
+    return true;
   for (std::size_t i = 0; i < left.size(); ++i)
     if (FoldAscii(left[i]) != FoldAscii(right[i]))
       return false;

@@ -71,6 +71,8 @@ private:
   };
   /// Up to this many values, the one at a position is found by a scan.
   static constexpr std::size_t kScannedValues = 16;
+  /// Room for this many values is made when an instance is created.
+  static constexpr std::size_t kReservedValues = 8;
 
   /// The property's entry in the layout; kORVStatusNoSuchProperty for an
   /// unknown name.

@@ -7,7 +7,6 @@
 #include <boost/shared_ptr.hpp>
 
 #include <atomic>
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -165,8 +164,15 @@ private:
   }
 
   /// The place among a node's entries or children of the one on bit.
+  /// The bits below bit are counted in the word itself: without a
+  /// population-count instruction in the target's baseline, the library's
+  /// count is a call per look-up.
   static std::size_t IndexOf(std::uint32_t bits, std::uint32_t bit) {
-    return std::bitset<32>(bits & (bit - 1)).count();
+    std::uint32_t below = bits & (bit - 1);
+    below -= (below >> 1) & 0x55555555u;
+    below = (below & 0x33333333u) + ((below >> 2) & 0x33333333u);
+    below = (below + (below >> 4)) & 0x0F0F0F0Fu;
+    return (below * 0x01010101u) >> 24;
   }
 
   static const TEntry *FindInBucket(const TNode &node, std::string_view name) {

@@ -210,7 +210,13 @@ bool TCIMXMLParser::TStateProperty::DeclaredEmbedded(TCIMXMLParser &parser) cons
 TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
   // A failed look-up is not kept: it throws again where it is asked again.
   if (!declaredTypeKnown) {
-    declaredType = Require(Require(instance).GetPropertyDecl(property.name)).GetDeclaredType();
+    // The class's declaration is the instance's; asking the instance would
+    // make a property object for every value read.
+    ICIMInstance &read = Require(instance);
+    if (boost::shared_ptr<ICIMClass> cls = read.GetClass())
+      declaredType = Require(cls->GetProperty(property.name)).GetType();
+    else
+      declaredType = Require(read.GetPropertyDecl(property.name)).GetDeclaredType();
     declaredTypeKnown = true;
   }
   return declaredType;
