@@ -525,8 +525,7 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
   for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
     const TChildRow &row = rows[i];
     if ((row.grammars & grammar) != 0 && phase >= row.firstPhase && phase <= row.lastPhase &&
-        name.size() == std::strlen(row.name) &&
-        std::memcmp(name.data(), row.name, name.size()) == 0)
+        name.size() == row.nameLength && std::memcmp(name.data(), row.name, name.size()) == 0)
       found = &row;
   }
   if (found == nullptr) {

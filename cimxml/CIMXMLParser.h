@@ -311,7 +311,13 @@ protected:
     TEnter enter;
     /// The grammars that accept the row (kBothGrammars, kFullGrammar).
     std::uint8_t grammars = kBothGrammars;
+    /// The length of name, so that most rows are passed over without
+    /// looking at it.
+    std::size_t nameLength = 0;
   };
+  static constexpr std::size_t NameLength(const char *name) {
+    return std::char_traits<char>::length(name);
+  }
   static constexpr std::uint8_t kClassicGrammar = 1;
   static constexpr std::uint8_t kFullGrammar = 2;
   static constexpr std::uint8_t kBothGrammars = kClassicGrammar | kFullGrammar;
@@ -331,7 +337,8 @@ protected:
   template <class TChild, class TParent>
   static constexpr TChildRow Child(const char *name, std::int32_t firstPhase,
                                    std::int32_t lastPhase, std::int32_t phaseAfter) {
-    return TChildRow{name, firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>};
+    return TChildRow{name,          firstPhase,      lastPhase, phaseAfter, &Enter<TChild, TParent>,
+                     kBothGrammars, NameLength(name)};
   }
   /// A row of a state whose children come in any order and number.
   template <class TChild, class TParent> static constexpr TChildRow Child(const char *name) {
@@ -341,8 +348,8 @@ protected:
   template <class TChild, class TParent>
   static constexpr TChildRow FullChild(const char *name, std::int32_t firstPhase,
                                        std::int32_t lastPhase, std::int32_t phaseAfter) {
-    return TChildRow{name,        firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>,
-                     kFullGrammar};
+    return TChildRow{name,         firstPhase,      lastPhase, phaseAfter, &Enter<TChild, TParent>,
+                     kFullGrammar, NameLength(name)};
   }
   template <class TChild, class TParent> static constexpr TChildRow FullChild(const char *name) {
     return FullChild<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
@@ -351,8 +358,13 @@ protected:
   template <class TChild, class TParent>
   static constexpr TChildRow ClassicChild(const char *name, std::int32_t firstPhase,
                                           std::int32_t lastPhase, std::int32_t phaseAfter) {
-    return TChildRow{name,           firstPhase, lastPhase, phaseAfter, &Enter<TChild, TParent>,
-                     kClassicGrammar};
+    return TChildRow{name,
+                     firstPhase,
+                     lastPhase,
+                     phaseAfter,
+                     &Enter<TChild, TParent>,
+                     kClassicGrammar,
+                     NameLength(name)};
   }
   template <class TChild, class TParent> static constexpr TChildRow ClassicChild(const char *name) {
     return ClassicChild<TChild, TParent>(name, kAnyOrder, kAnyOrder, kKeepPhase);
@@ -361,12 +373,14 @@ protected:
   /// state of its own.
   static constexpr TChildRow ClassicIgnored(const char *name, std::int32_t firstPhase,
                                             std::int32_t lastPhase, std::int32_t phaseAfter) {
-    return TChildRow{name, firstPhase, lastPhase, phaseAfter, nullptr, kClassicGrammar};
+    return TChildRow{name,    firstPhase,      lastPhase,       phaseAfter,
+                     nullptr, kClassicGrammar, NameLength(name)};
   }
   /// A row whose element is accepted without a state of its own.
   static constexpr TChildRow Ignored(const char *name, std::int32_t firstPhase,
                                      std::int32_t lastPhase, std::int32_t phaseAfter) {
-    return TChildRow{name, firstPhase, lastPhase, phaseAfter, nullptr};
+    return TChildRow{name,    firstPhase,    lastPhase,       phaseAfter,
+                     nullptr, kBothGrammars, NameLength(name)};
   }
 
   enum class EMiss {
