@@ -9,9 +9,11 @@
 //   Load/D        the file loader into a prepared namespace: read (and
 //                 inflate), tokenize, parse, build and register the objects
 //
-// Documents D: a generated class document of about 30 MB; the two large
-// schemas of the shared corpus (the 2.42 one gzip compressed, loaded after
-// the qualifier declarations it relies on), when they are there; a
+// Documents D: generated class documents of 1, 10 and 100 MB, of 10 MB in
+// superclass chains 10 and 100 deep, and of 21.5 MB in chains 50 deep; the
+// two large schemas of the shared corpus (the 2.42 one gzip compressed,
+// loaded after the qualifier declarations it relies on), when they are
+// there; a
 // generated document of 50,000 instances, loaded after its classes; and a
 // generated EnumerateInstances response of 100,000 named instances (about
 // 100 MB), read in the full grammar without its classes, once into the
@@ -254,15 +256,31 @@ std::vector<std::unique_ptr<TDocument>> MakeDocuments() {
   std::vector<std::unique_ptr<TDocument>> documents;
   const std::string corpus = ORV_CORPUS_DIR;
 
-  auto generatedClasses = std::make_unique<TDocument>();
-  generatedClasses->name = "generated_classes";
-  generatedClasses->path = "/tmp/orv-peer-benchmark-classes.xml";
-  generatedClasses->generated = true;
-  const std::string classText =
-      orvbench::GenerateClassDocument(orvbench::ClassCountForSize(30u << 20));
-  std::ofstream(generatedClasses->path, std::ios::binary) << classText;
-  generatedClasses->bytes = orvbench::Terminated(classText);
-  documents.push_back(std::move(generatedClasses));
+  // Generated classes: 1, 10 and 100 MB without inheritance, then 10 MB in
+  // chains 10 and 100 deep, for rates that must not fall with size or
+  // depth; and chains up to 50 deep over 21.5 MB, as in the side-by-side
+  // harness of the peers.
+  const struct {
+    std::size_t megabytes;
+    std::size_t depth;
+    double exactMegabytes;
+  } classDocuments[] = {{1, 1, 0},   {10, 1, 0},   {100, 1, 0},
+                        {10, 10, 0}, {10, 100, 0}, {21, 50, 21.5}};
+  for (const auto &entry : classDocuments) {
+    auto generated = std::make_unique<TDocument>();
+    generated->name = "classes_" + std::to_string(entry.megabytes) + "MB";
+    if (entry.depth > 1)
+      generated->name += "_deep" + std::to_string(entry.depth);
+    generated->path = "/tmp/orv-peer-benchmark-" + generated->name + ".xml";
+    generated->generated = true;
+    const double megabytes =
+        entry.exactMegabytes > 0 ? entry.exactMegabytes : static_cast<double>(entry.megabytes);
+    const std::string text = orvbench::GenerateClassDocument(
+        orvbench::ClassCountForSize(static_cast<std::size_t>(megabytes * 1e6)), entry.depth);
+    std::ofstream(generated->path, std::ios::binary) << text;
+    generated->bytes = orvbench::Terminated(text);
+    documents.push_back(std::move(generated));
+  }
 
   const struct {
     const char *name;

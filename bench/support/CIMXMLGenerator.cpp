@@ -169,10 +169,10 @@ void OrdinaryClassBody(std::string &out, std::size_t index, TWords &words) {
   out += "</METHOD>\n";
 }
 
-void GeneratedClass(std::string &out, std::size_t index) {
+void GeneratedClass(std::string &out, std::size_t index, const std::string &superClass) {
   TWords words(index + 1);
   out += "<VALUE.OBJECT>\n<CLASS NAME=\"" + GeneratedClassName(index) + "\" SUPERCLASS=\"" +
-         kGeneratedBaseClass + "\">\n";
+         superClass + "\">\n";
   if (IsGeneratedAssociation(index))
     Qualifier(out, "Association", "boolean", "true");
   Qualifier(out, "Description", "string", words.Sentence(60), true);
@@ -231,7 +231,7 @@ bool IsGeneratedAssociation(std::size_t index) {
   return index % 4 == 3;
 }
 
-std::string GenerateClassDocument(std::size_t classCount) {
+std::string GenerateClassDocument(std::size_t classCount, std::size_t chainDepth) {
   std::string out;
   out.reserve(2048 + classCount * 6500);
   Head(out);
@@ -247,8 +247,20 @@ std::string GenerateClassDocument(std::size_t classCount) {
   QualifierDeclaration(out, "In", "boolean", false, "PARAMETER", "true");
   QualifierDeclaration(out, "Out", "boolean", false, "PARAMETER", "false");
   BaseClass(out);
-  for (std::size_t i = 0; i < classCount; ++i)
-    GeneratedClass(out, i);
+  // Ordinary classes form chains of chainDepth, each deriving from the
+  // ordinary class before it; associations derive from the base.
+  std::string previousOrdinary;
+  std::size_t ordinary = 0;
+  for (std::size_t i = 0; i < classCount; ++i) {
+    if (IsGeneratedAssociation(i)) {
+      GeneratedClass(out, i, kGeneratedBaseClass);
+      continue;
+    }
+    const bool chained = chainDepth > 1 && ordinary % chainDepth != 0;
+    GeneratedClass(out, i, chained ? previousOrdinary : kGeneratedBaseClass);
+    previousOrdinary = GeneratedClassName(i);
+    ++ordinary;
+  }
   Tail(out);
   return out;
 }

@@ -21,8 +21,10 @@ std::string GeneratedClassName(std::size_t index);
 bool IsGeneratedAssociation(std::size_t index);
 
 /// Qualifier declarations, the base class, then `classCount` classes
-/// deriving from it, in one DECLGROUP. About 6 KB per class.
-std::string GenerateClassDocument(std::size_t classCount);
+/// deriving from it, in one DECLGROUP. About 6 KB per class. With
+/// `chainDepth` above 1 the ordinary classes form chains that deep, each
+/// deriving from the one before and overriding its members.
+std::string GenerateClassDocument(std::size_t classCount, std::size_t chainDepth = 1);
 
 /// `instanceCount` instances spread round-robin over the `classCount`
 /// classes of GenerateClassDocument(classCount). Instance j has the key
