@@ -204,7 +204,7 @@ void TCIMNamespace::RegisterInstance(const boost::shared_ptr<TCIMInstance> &inst
   if (!entry || entry->cimClass != instance->GetClass())
     Fail(kORVStatusSchemaLookup);
   std::string key = InstancePathKey(*instance);
-  if (!key.empty() && !instancesByPath.emplace(std::move(key), instance).second)
+  if (!key.empty() && !instancesByPath.Insert(std::move(key), instance))
     Fail(kORVStatusAlreadyExists);
   const std::uint64_t sequence = ++lastInstanceSequence;
   instance->SetSequence(sequence);
@@ -236,8 +236,7 @@ boost::shared_ptr<TCIMInstance> TCIMNamespace::FindInstance(const TCIMReference 
     }
     AppendPathKey(key, value);
   }
-  auto found = instancesByPath.find(key);
-  return found == instancesByPath.end() ? boost::shared_ptr<TCIMInstance>() : found->second;
+  return instancesByPath.Find(key);
 }
 
 const std::string &TCIMNamespace::GetName(const TCIMOptions &) {
@@ -394,7 +393,7 @@ void TCIMNamespace::DeleteInstance(const TCIMReference &path, const TCIMOptions 
     Fail(kORVStatusNoSuchInstance);
   const std::string key = InstancePathKey(*instance);
   if (!key.empty())
-    instancesByPath.erase(key);
+    instancesByPath.Erase(key);
   if (TClassEntry *entry = FindEntry(instance->GetClassName()))
     entry->instances.erase(instance->GetSequence());
   instanceOrder.erase(instance->GetSequence());

@@ -7,6 +7,7 @@
 #include "core/CIMInstance.h"
 #include "core/CIMName.h"
 #include "core/CIMQualifier.h"
+#include "core/InstancePathIndex.h"
 #include "core_api/CIMInterfaces.h"
 
 #include <boost/enable_shared_from_this.hpp>
@@ -15,7 +16,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace NVRNORV20 {
@@ -99,7 +99,7 @@ private:
   std::map<std::uint64_t, boost::shared_ptr<TCIMInstance>> instanceOrder;
   /// Committed instances of keyed classes by the text of their class name
   /// and key values.
-  std::unordered_map<std::string, boost::shared_ptr<TCIMInstance>> instancesByPath;
+  TInstancePathIndex<TCIMInstance> instancesByPath;
   std::uint64_t lastClassSequence = 0;
   std::uint64_t lastInstanceSequence = 0;
 };

@@ -102,6 +102,30 @@ TEST_F(CIMInstanceTest, CommitRegistersInOrderByPathAndRefusesDuplicates) {
   Device("disk", 1)->Commit(); // the path is free again
 }
 
+// Thousands of paths, a third of them deleted from the last one back: every
+// other instance is still found by its path, and each freed path takes an
+// instance again.
+TEST_F(CIMInstanceTest, PathsStayFoundAcrossGrowthAndDeletions) {
+  constexpr int kCount = 3000;
+  const auto pathOf = [](int slot) {
+    return Path("Device.Name=\"d\",Slot=" + std::to_string(slot));
+  };
+  for (int slot = 0; slot < kCount; ++slot)
+    Device("d", static_cast<std::uint64_t>(slot))->Commit();
+  for (int slot = kCount - 1; slot >= 0; --slot)
+    if (slot % 3 == 1)
+      ns->DeleteInstance(pathOf(slot));
+  for (int slot = 0; slot < kCount; ++slot) {
+    const bool deleted = slot % 3 == 1;
+    ASSERT_EQ(StatusOf([&] { ns->GetInstance(pathOf(slot)); }),
+              deleted ? kORVStatusNoSuchInstance : kORVStatusOK)
+        << slot;
+    ASSERT_EQ(StatusOf([&] { Device("d", static_cast<std::uint64_t>(slot))->Commit(); }),
+              deleted ? kORVStatusOK : kORVStatusAlreadyExists)
+        << slot;
+  }
+}
+
 // A subclass that repeats the inherited key property without its KEY keys
 // its instances by the key it inherits. Instances of a class without keys
 // share their path; the class cannot be deleted while it has them.
