@@ -208,17 +208,17 @@ void TCIMNamespace::RegisterInstance(const boost::shared_ptr<TCIMInstance> &inst
     Fail(kORVStatusAlreadyExists);
   const std::uint64_t sequence = ++lastInstanceSequence;
   instance->SetSequence(sequence);
-  entry->instances.emplace_hint(entry->instances.end(), sequence, instance);
-  instanceOrder.emplace_hint(instanceOrder.end(), sequence, instance);
+  entry->instances.Append(sequence, instance);
+  instanceOrder.Append(sequence, instance);
 }
 
 boost::shared_ptr<TCIMInstance> TCIMNamespace::FindInstance(const TCIMReference &path) {
   TClassEntry *entry = FindEntry(path.GetClassName());
-  if (!entry || entry->instances.empty())
+  if (!entry || entry->instances.Empty())
     return boost::shared_ptr<TCIMInstance>();
   boost::shared_ptr<const TPropertyLayout> layout = entry->cimClass->GetLayout();
   if (layout->keys.empty())
-    return entry->instances.begin()->second;
+    return entry->instances.Front();
   std::string key = PathKeyStart(entry->cimClass->GetName());
   for (const auto &position : layout->keys) {
     const boost::shared_ptr<ICIMPropertyDecl> &property = position.second;
@@ -245,9 +245,8 @@ const std::string &TCIMNamespace::GetName(const TCIMOptions &) {
 
 std::vector<boost::shared_ptr<ICIMClass>> TCIMNamespace::GetClasses(const TCIMOptions &) {
   std::vector<boost::shared_ptr<ICIMClass>> ordered;
-  ordered.reserve(classOrder.size());
-  for (const auto &entry : classOrder)
-    ordered.push_back(entry.second);
+  ordered.reserve(classOrder.Size());
+  classOrder.ForEach([&](const auto &entry) { ordered.push_back(entry.second); });
   return ordered;
 }
 
@@ -256,7 +255,7 @@ void TCIMNamespace::DeleteClass(const std::string &className, const TCIMOptions 
   if (found == classes.end())
     Fail(kORVStatusSchemaLookup);
   TClassEntry &entry = found->second;
-  if (!entry.subclasses.empty() || !entry.instances.empty())
+  if (!entry.subclasses.empty() || !entry.instances.Empty())
     Fail(kORVStatusClassHasInstances);
   const std::string &superClassName = entry.cimClass->GetSuperClassName();
   if (TClassEntry *parent = superClassName.empty() ? nullptr : FindEntry(superClassName)) {
@@ -267,7 +266,7 @@ void TCIMNamespace::DeleteClass(const std::string &className, const TCIMOptions 
                                   }),
                    siblings.end());
   }
-  classOrder.erase(entry.sequence);
+  classOrder.Erase(entry.sequence);
   classes.erase(found);
 }
 
@@ -291,7 +290,7 @@ boost::shared_ptr<ICIMClass> TCIMNamespace::CreateClass(const std::string &class
   TClassEntry entry;
   entry.cimClass = cimClass;
   entry.sequence = ++lastClassSequence;
-  classOrder.emplace_hint(classOrder.end(), entry.sequence, cimClass);
+  classOrder.Append(entry.sequence, cimClass);
   classes.emplace(className, std::move(entry));
   if (parent)
     parent->subclasses.push_back(className);
@@ -353,24 +352,21 @@ std::vector<boost::shared_ptr<ICIMInstance>>
 TCIMNamespace::GetInstances(const std::string &className, bool deep, const TCIMOptions &) {
   std::vector<boost::shared_ptr<ICIMInstance>> result;
   if (className.empty()) {
-    result.reserve(instanceOrder.size());
-    for (const auto &entry : instanceOrder)
-      result.push_back(entry.second);
+    result.reserve(instanceOrder.Size());
+    instanceOrder.ForEach([&](const auto &entry) { result.push_back(entry.second); });
     return result;
   }
   TClassEntry *entry = FindEntry(className);
   if (!entry)
     Fail(kORVStatusSchemaLookup);
   if (!deep) {
-    result.reserve(entry->instances.size());
-    for (const auto &instance : entry->instances)
-      result.push_back(instance.second);
+    result.reserve(entry->instances.Size());
+    entry->instances.ForEach([&](const auto &instance) { result.push_back(instance.second); });
     return result;
   }
-  std::vector<const std::pair<const std::uint64_t, boost::shared_ptr<TCIMInstance>> *> merged;
+  std::vector<const TSequenceList<TCIMInstance>::TEntry *> merged;
   for (TClassEntry *member : CollectDescendants(*entry, true))
-    for (const auto &instance : member->instances)
-      merged.push_back(&instance);
+    member->instances.ForEach([&](const auto &instance) { merged.push_back(&instance); });
   std::sort(merged.begin(), merged.end(),
             [](const auto *left, const auto *right) { return left->first < right->first; });
   result.reserve(merged.size());
@@ -395,17 +391,18 @@ void TCIMNamespace::DeleteInstance(const TCIMReference &path, const TCIMOptions 
   if (!key.empty())
     instancesByPath.Erase(key);
   if (TClassEntry *entry = FindEntry(instance->GetClassName()))
-    entry->instances.erase(instance->GetSequence());
-  instanceOrder.erase(instance->GetSequence());
+    entry->instances.Erase(instance->GetSequence());
+  instanceOrder.Erase(instance->GetSequence());
 }
 
 std::vector<std::string> TCIMNamespace::GetSubclassNames(const std::string &className, bool deep,
                                                          const TCIMOptions &) {
   std::vector<std::string> names;
   if (className.empty()) {
-    for (const auto &entry : classOrder)
+    classOrder.ForEach([&](const auto &entry) {
       if (deep || entry.second->GetSuperClassName().empty())
         names.push_back(entry.second->GetName());
+    });
     return names;
   }
   TClassEntry *entry = FindEntry(className);
@@ -430,10 +427,8 @@ std::string TCIMNamespace::ToMOF(const TCIMOptions &options) {
   };
   for (const auto &declaration : qualifierDecls.Items())
     append(declaration->ToMOF());
-  for (const auto &entry : classOrder)
-    append(entry.second->ToMOF(options));
-  for (const auto &entry : instanceOrder)
-    append(entry.second->ToMOF());
+  classOrder.ForEach([&](const auto &entry) { append(entry.second->ToMOF(options)); });
+  instanceOrder.ForEach([&](const auto &entry) { append(entry.second->ToMOF()); });
   return text;
 }
 

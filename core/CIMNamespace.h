@@ -8,13 +8,13 @@
 #include "core/CIMName.h"
 #include "core/CIMQualifier.h"
 #include "core/InstancePathIndex.h"
+#include "core/SequenceList.h"
 #include "core_api/CIMInterfaces.h"
 
 #include <boost/enable_shared_from_this.hpp>
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -82,7 +82,7 @@ private:
     /// Names of the direct subclasses, in definition order.
     std::vector<std::string> subclasses;
     /// Committed instances of exactly this class, by commit sequence.
-    std::map<std::uint64_t, boost::shared_ptr<TCIMInstance>> instances;
+    TSequenceList<TCIMInstance> instances;
   };
 
   /// Null when the namespace has no class of that name.
@@ -95,8 +95,8 @@ private:
   std::string name;
   TNamedList<TCIMQualifierDecl> qualifierDecls;
   TNameMap<TClassEntry> classes;
-  std::map<std::uint64_t, boost::shared_ptr<TCIMClass>> classOrder;
-  std::map<std::uint64_t, boost::shared_ptr<TCIMInstance>> instanceOrder;
+  TSequenceList<TCIMClass> classOrder;
+  TSequenceList<TCIMInstance> instanceOrder;
   /// Committed instances of keyed classes by the text of their class name
   /// and key values.
   TInstancePathIndex<TCIMInstance> instancesByPath;
