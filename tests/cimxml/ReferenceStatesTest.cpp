@@ -50,25 +50,22 @@ TEST_F(ReferenceStatesTest, ReferencesAndInstanceNames) {
   const std::string invalid = Ended(kORVStatusInvalidDocument);
   const struct {
     std::string xml;
-    std::vector<std::string> log;
     const char *path;
+    std::vector<std::string> log = {};
   } cases[] = {
       // Only the bare class and instance names take the document's namespace.
-      {"<CLASSPATH>" + remote + "<CLASSNAME NAME=\"T_Disk\"/></CLASSPATH>", {}, "T_Disk"},
-      {"<LOCALCLASSPATH>" + Local("o") + "<CLASSNAME NAME=\"T_Disk\"/></LOCALCLASSPATH>",
-       {},
-       "T_Disk"},
-      {"<INSTANCEPATH>" + remote + kDisk + "</INSTANCEPATH>", {}, "T_Disk.Name=\"d1\""},
-      {"", {}, ""},
+      {"<CLASSPATH>" + remote + "<CLASSNAME NAME=\"T_Disk\"/></CLASSPATH>", "T_Disk"},
+      {"<LOCALCLASSPATH>" + Local("o") + "<CLASSNAME NAME=\"T_Disk\"/></LOCALCLASSPATH>", "T_Disk"},
+      {"<INSTANCEPATH>" + remote + kDisk + "</INSTANCEPATH>", "T_Disk.Name=\"d1\""},
+      {"", ""},
       // An instance name keeps its class over one given before it; a class
       // name after an instance path renames it, keys kept.
-      {"<CLASSNAME NAME=\"T_Pair\"/>" + kDisk, {}, "root/test:T_Disk.Name=\"d1\""},
+      {"<CLASSNAME NAME=\"T_Pair\"/>" + kDisk, "root/test:T_Disk.Name=\"d1\""},
       {"<LOCALINSTANCEPATH>" + Local("o") + kDisk +
            "</LOCALINSTANCEPATH><CLASSNAME NAME=\"T_Pair\"/>",
-       {},
        "root/test:T_Pair.Name=\"d1\""},
       // The refused value's end tag ends the reference, still without a class.
-      {"<VALUE>x</VALUE><CLASSNAME NAME=\"T_Disk\"/>", {Err("Unexpected element value")}, ""},
+      {"<VALUE>x</VALUE><CLASSNAME NAME=\"T_Disk\"/>", "", {Err("Unexpected element value")}},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.xml);
@@ -81,21 +78,18 @@ TEST_F(ReferenceStatesTest, ReferencesAndInstanceNames) {
 
   const struct {
     std::string xml;
-    std::vector<std::string> log;
     const char *path;
+    std::vector<std::string> log = {};
   } names[] = {
       // Bindings in document order; the last key value of a binding counts.
       {Named("T_Pair", Binding("Label", "<KEYVALUE>x</KEYVALUE>") +
                            Binding("Id", "<KEYVALUE>a</KEYVALUE><KEYVALUE>7</KEYVALUE>")),
-       {},
        "T_Pair.Label=\"x\",Id=7"},
       // One bare key value binds the first key property in class order.
       {Named("T_SubDisk", "<KEYVALUE VALUETYPE=\"numeric\"> d1\n</KEYVALUE>"),
-       {},
        "T_SubDisk.Name=\" d1\n\""},
       // One reference replaces everything, the class name included.
       {Named("T_Pair", "<VALUE.REFERENCE>" + kDisk + "</VALUE.REFERENCE>"),
-       {},
        "root/test:T_Disk.Name=\"d1\""},
       // Keys are typed from the class, not the document, and keep the
       // document's spelling; text that the type cannot read is a null key; a
@@ -103,35 +97,33 @@ TEST_F(ReferenceStatesTest, ReferencesAndInstanceNames) {
       {Named("t_pair", Binding("id", "<KEYVALUE VALUETYPE=\"string\" TYPE=\"string\">0x10"
                                      "</KEYVALUE>") +
                            Binding("Label", "<KEYVALUE VALUETYPE=\"numeric\">12</KEYVALUE>")),
-       {},
        "t_pair.id=16,Label=\"12\""},
       {Named("T_Link", Binding("Weight", "<KEYVALUE>x</KEYVALUE>") +
                            Binding("Disk", "<KEYVALUE>x</KEYVALUE><VALUE.REFERENCE>" + kDisk +
                                                "</VALUE.REFERENCE>")),
-       {},
        "T_Link.Weight=,Disk=\"root/test:T_Disk.Name=\\\"d1\\\"\""},
       // No mixture: the refused child's end tag ends the instance name, which
       // still binds what it has.
       {Named("T_Pair", "<KEYVALUE>7</KEYVALUE>" + Binding("Label", "")),
-       {Err("Unexpected element keybinding")},
-       "T_Pair.Id=7"},
+       "T_Pair.Id=7",
+       {Err("Unexpected element keybinding")}},
       {Named("T_Pair", Binding("Id", "<KEYVALUE>3</KEYVALUE><CLASSNAME/>")),
-       {Err("Unexpected element classname")},
-       "T_Pair.Id=3"},
+       "T_Pair.Id=3",
+       {Err("Unexpected element classname")}},
       // The bare value names the class as the attribute writes it, a binding
       // of a non-key property as the class spells itself.
       {Named("t_nokeys", "<KEYVALUE>x</KEYVALUE>"),
-       {Err("Class t_nokeys doesn't have any key properties"), invalid},
-       "t_nokeys"},
+       "t_nokeys",
+       {Err("Class t_nokeys doesn't have any key properties"), invalid}},
       {Named("t_disk", Binding("Size", "<KEYVALUE>1</KEYVALUE>")),
-       {Err("Class T_Disk doesn't have any key properties"), invalid},
-       "t_disk"},
+       "t_disk",
+       {Err("Class T_Disk doesn't have any key properties"), invalid}},
       // A property the class lacks, and a class the namespace lacks, fail in
       // the object model when the key is bound.
       {Named("T_Disk", Binding("Nope", "<KEYVALUE>1</KEYVALUE>")),
-       {Ended(kORVStatusNoSuchProperty)},
-       "T_Disk"},
-      {Named("T_None", "<KEYVALUE>1</KEYVALUE>"), {Ended(kORVStatusNullObject)}, "T_None"},
+       "T_Disk",
+       {Ended(kORVStatusNoSuchProperty)}},
+      {Named("T_None", "<KEYVALUE>1</KEYVALUE>"), "T_None", {Ended(kORVStatusNullObject)}},
   };
   for (const auto &c : names) {
     SCOPED_TRACE(c.xml);
