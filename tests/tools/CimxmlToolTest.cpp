@@ -24,7 +24,7 @@ struct TRun {
 struct TCase {
   std::vector<std::string> arguments;
   int status;
-  std::string out, err;
+  std::string out, err = "";
   bool beginnings = false; // the streams need only begin so
 };
 
@@ -85,16 +85,14 @@ std::string Read(const std::string &path, int declarations, int classes, int ins
 
 // Output that cannot be written fails the run, however well the files loaded.
 TEST_F(CimxmlToolTest, UnwritableOutputFails) {
-  const std::string example = std::string(ORV_EXAMPLES_DIR) + "/schema.xml";
-  const std::string full = Read(example, 10, 6, 0, 0, 0);
   const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {Classic({"--quiet", "--mof", example}), ""},
+      {Classic({"--quiet", "--mof", kSchema}), ""},
       {Classic({"--help"}), ""},
-      {{"--quiet", "--mof", example}, ""},
-      {{"--quiet", "--json", example}, ""},
+      {{"--quiet", "--mof", kSchema}, ""},
+      {{"--quiet", "--json", kSchema}, ""},
       // With --xml the file's line still reaches standard error.
-      {{"--quiet", "--xml", example}, full},
-      {Classic({"--quiet", "--xml", example}), Loaded(example, 6)},
+      {{"--quiet", "--xml", kSchema}, Read(kSchema, 10, 6, 0, 0, 0)},
+      {Classic({"--quiet", "--xml", kSchema}), Loaded(kSchema, 6)},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.first.size());
@@ -109,7 +107,6 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
   const std::string good = scratch.Write("good.xml", kDocument);
   const std::string empty = scratch.Write("empty.xml", "<CIM/>");
   const std::string missing = scratch.PathOf("missing.xml");
-  const std::string broken = scratch.Write("broken.xml", "<CIM>");
   const std::string note = "[0] Previous error was while parsing file '";
   Check(
       {
@@ -120,11 +117,6 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
            Loaded(good),
            note + missing + "'\n" + Failed(missing, 11, "File access failed") + kFoo},
           {{good, "--quiet", missing}, 1, Loaded(good), Failed(missing, 11, "File access failed")},
-          {{broken},
-           1,
-           "",
-           "[3] CIM-XML Parser line 1:Unexpected character where element expected\n" + note +
-               broken + "'\n" + Failed(broken, 9, "Document is not valid CIM-XML")},
           // After "--" every argument is a file.
           {{"--quiet", "--", "--mof"}, 1, "", Failed("--mof", 11, "File access failed")},
           // The files' counts, then the namespace; a file that fails says so.
@@ -220,15 +212,13 @@ TEST_F(CimxmlToolTest, FullGrammar) {
       {
           {{"--quiet", kSchema, message},
            0,
-           Read(kSchema, 10, 6, 0, 0, 0) + Read(message, 0, 1, 2, 0, 3),
-           ""},
+           Read(kSchema, 10, 6, 0, 0, 0) + Read(message, 0, 1, 2, 0, 3)},
           {{"--operations", request},
            0,
            Read(request, 0, 0, 0, 2, 2) +
                "IMETHODCALL AssociatorNames root/example (ObjectName=1 objects, AssocClass=1 "
                "objects) correlator Trace=12\nMETHODCALL RequestStateChange "
-               "root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\" (RequestedState=3)\n",
-           ""},
+               "root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\" (RequestedState=3)\n"},
           // Untyped, the job's properties come in document order and the
           // system's key has no name.
           {{"--mof", "--operations", response},
@@ -245,28 +235,24 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            Read(response, 0, 0, 1, 2, 5) +
                "instance of ORV_Job {\n    InstanceID = \"ORV:format:usb1\";\n"
                "    PercentComplete = 40;\n};\n\n// path: ORV_System.Name=\"alpha\"\n\n// path: " +
-               disk,
-           ""},
+               disk},
           {{"--mof", "--operations", indication},
            0,
            Read(indication, 0, 0, 1, 0, 1) +
                "instance of ORV_JobProgress {\n    JobID = \"ORV:format:usb1\";\n    "
                "PercentComplete = 80;\n};\nEXPMETHODCALL ExportIndication (NewIndication=1 "
-               "objects) correlator Subscription=\"jobs\"\n",
-           ""},
+               "objects) correlator Subscription=\"jobs\"\n"},
           {{"--mof", ordered},
            0,
            Read(ordered, 0, 2, 1, 0, 0) +
                "class A {\n};\n\n[Abstract : DisableOverride]\nclass B {\n    A REF r;\n};\n\n"
-               "// instance of A: no values, which MOF cannot write\n",
-           ""},
+               "// instance of A: no values, which MOF cannot write\n"},
           {{"--mof", declares, uses},
            0,
            Read(declares, 1, 0, 0, 0, 0) +
                "Qualifier Abstract : boolean, Scope(class), Flavor(DisableOverride, "
                "ToSubclass);\n" +
-               Read(uses, 0, 1, 0, 0, 0) + "[Abstract : EnableOverride]\nclass A {\n};\n",
-           ""},
+               Read(uses, 0, 1, 0, 0, 0) + "[Abstract : EnableOverride]\nclass A {\n};\n"},
           // A schema or file that fails is reported, and the others are read.
           {{"--quiet", "--schema", missing, message + "z", indication},
            1,
