@@ -181,24 +181,19 @@ TEST_F(CimxmlToolTest, FullGrammar) {
   // A class that names another comes after it; flavors that differ from the
   // declaration's are written; an instance without values is a comment.
   const std::string ordered = scratch.Write(
-      "ordered.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
-                     "<VALUE.OBJECT><CLASS NAME=\"B\"><QUALIFIER NAME=\"Abstract\" "
-                     "TYPE=\"boolean\" OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER>"
-                     "<PROPERTY.REFERENCE NAME=\"r\" REFERENCECLASS=\"A\"/></CLASS>"
-                     "</VALUE.OBJECT><VALUE.OBJECT><CLASS NAME=\"A\"/></VALUE.OBJECT>"
-                     "<VALUE.OBJECT><INSTANCE CLASSNAME=\"A\"/></VALUE.OBJECT>"
-                     "</DECLGROUP></DECLARATION></CIM>");
+      "ordered.xml",
+      Objects({"<CLASS NAME=\"B\"><QUALIFIER NAME=\"Abstract\" TYPE=\"boolean\" "
+               "OVERRIDABLE=\"false\"><VALUE>true</VALUE></QUALIFIER><PROPERTY.REFERENCE "
+               "NAME=\"r\" REFERENCECLASS=\"A\"/></CLASS>",
+               "<CLASS NAME=\"A\"/>", "<INSTANCE CLASSNAME=\"A\"/>"}));
   // A file's declarations hold for the files after it.
   const std::string declares = scratch.Write(
-      "declares.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
-                      "<QUALIFIER.DECLARATION NAME=\"Abstract\" TYPE=\"boolean\" "
-                      "OVERRIDABLE=\"false\"><SCOPE CLASS=\"true\"/></QUALIFIER.DECLARATION>"
-                      "</DECLGROUP></DECLARATION></CIM>");
+      "declares.xml", InDeclGroup("<QUALIFIER.DECLARATION NAME=\"Abstract\" TYPE=\"boolean\" "
+                                  "OVERRIDABLE=\"false\"><SCOPE CLASS=\"true\"/>"
+                                  "</QUALIFIER.DECLARATION>"));
   const std::string uses = scratch.Write(
-      "uses.xml", "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.4\"><DECLARATION><DECLGROUP>"
-                  "<VALUE.OBJECT><CLASS NAME=\"A\"><QUALIFIER NAME=\"Abstract\" TYPE=\"boolean\" "
-                  "OVERRIDABLE=\"true\"><VALUE>true</VALUE></QUALIFIER></CLASS></VALUE.OBJECT>"
-                  "</DECLGROUP></DECLARATION></CIM>");
+      "uses.xml", Objects({"<CLASS NAME=\"A\"><QUALIFIER NAME=\"Abstract\" TYPE=\"boolean\" "
+                           "OVERRIDABLE=\"true\"><VALUE>true</VALUE></QUALIFIER></CLASS>"}));
   const std::string disk =
       "//alpha.example.com/root/example:ORV_Disk.SystemName=\"alpha\",DeviceID=\"usb1\"\n";
   const std::string answers = "IMETHODRESPONSE EnumerateInstances () return 1 objects\n"
