@@ -88,6 +88,12 @@ inline TCIMValue Uint32(std::uint64_t value) {
   return TCIMValue::MakeUnsigned(kCIMTypeUint32, value);
 }
 
+inline TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
+  TCIMValue value;
+  value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()), elements);
+  return value;
+}
+
 /// The shared corpus's manifest, one row of tab-separated fields per
 /// document (0 file, 8 well-formed, 9 root path, 10 method, 11 CLASS count,
 /// 12 INSTANCE count); empty when the corpus is missing.

@@ -63,9 +63,7 @@ TCIMValue FromJson(TCIMType type, const rapidjson::Value &json) {
     std::vector<TCIMValue> elements;
     for (const rapidjson::Value &element : json.GetArray())
       elements.push_back(FromJson(type.GetElementType(), element));
-    TCIMValue array;
-    array.Set(type, 0, elements);
-    return array;
+    return Array(type.GetElementType(), elements);
   }
   if (json.IsString())
     return TCIMValue(type, std::string(json.GetString(), json.GetStringLength()), nullptr);
@@ -77,12 +75,6 @@ TCIMValue FromJson(TCIMType type, const rapidjson::Value &json) {
                           type == kCIMTypeSint32 || type == kCIMTypeSint64;
   return signedType ? TCIMValue::MakeSigned(type, json.GetInt64())
                     : TCIMValue::MakeUnsigned(type, json.GetUint64());
-}
-
-TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
-  TCIMValue array;
-  array.Set(TCIMType(type), 0, elements);
-  return array;
 }
 
 // Each value as an instance's property: its JSON, the type beside it, and
