@@ -227,11 +227,9 @@ TEST_F(FullGrammarTest, EveryElementReadsWhereTheDocumentTypeAllowsIt) {
        {"O5 ExportIndication () -> NULL", "O5 ExportIndication () ! 1  x0", "M7 7 ops 2"}},
       {Message("<SIMPLEEXPRSP><EXPMETHODRESPONSE NAME=\"ExportIndication\"/></SIMPLEEXPRSP>"),
        {"O5 ExportIndication ()", "M6 7 ops 1"}},
-      // Objects and paths as the document's root.
-      {kInstance, {"I:" + kInstanceMof}},
+      // A named instance as the document's root (bare objects and names below).
       {"<VALUE.NAMEDINSTANCE>" + kName + kInstance + "</VALUE.NAMEDINSTANCE>",
        {"I:" + kInstanceMof + "@root/test:X_Disk.Id=7"}},
-      {kName, {"IP:@X_Disk.Id=7"}},
   };
   Expect(cases);
 }
