@@ -87,17 +87,12 @@ TEST_F(PropertyStatesTest, InstanceValues) {
 // QN402 mode skips the type check, and sets only a value of the declared
 // type: otherwise the default stays.
 TEST_F(PropertyStatesTest, QN402ModeNeitherChecksNorReplaces) {
-  const std::pair<const char *, std::uint64_t> cases[] = {
-      {"<PROPERTY NAME=\"Count\" TYPE=\"string\"><VALUE>9</VALUE></PROPERTY>", 9},
-      {"<PROPERTY.REFERENCE NAME=\"Count\"/>", 7},
-      {"<PROPERTY NAME=\"Count\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>", 7}};
-  for (const auto &c : cases) {
-    Reset({Objects({kThing})});
-    const TResult result = Parse(Thing(c.first), kQN402);
-    EXPECT_EQ(Log(), std::vector<std::string>{}) << c.first;
-    ASSERT_EQ(result.instances.size(), 1u);
-    EXPECT_EQ(result.instances[0]->GetPropertyValue("Count").GetUnsigned(), c.second) << c.first;
-  }
+  Check({{Thing("<PROPERTY NAME=\"Count\" TYPE=\"string\"><VALUE>9</VALUE></PROPERTY>"),
+          "instance of Thing { Id = \"t\"; Count = 9; };"},
+         {Thing("<PROPERTY.REFERENCE NAME=\"Count\"/>"), "instance of Thing { Id = \"t\"; };"},
+         {Thing("<PROPERTY NAME=\"Count\" TYPE=\"uint8\"><VALUE>300</VALUE></PROPERTY>"),
+          "instance of Thing { Id = \"t\"; };"}},
+        {Objects({kThing})}, [this](const std::string &xml) { return Parse(xml, kQN402); });
 }
 
 } // namespace
