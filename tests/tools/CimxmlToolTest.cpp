@@ -76,6 +76,11 @@ std::string Failed(const std::string &path, int status, const std::string &text)
   return path + ": failed: status " + std::to_string(status) + " (" + text + ")\n";
 }
 
+/// A usage error: its message, then the usage, on standard error alone.
+TCase Usage(const std::vector<std::string> &arguments, const std::string &message) {
+  return {arguments, 2, "", "cimxml: " + message + "\nUsage: cimxml", true};
+}
+
 std::string Read(const std::string &path, int declarations, int classes, int instances, int paths,
                  int operations) {
   return path + ": " + std::to_string(declarations) + " qualifier declarations, " +
@@ -128,9 +133,9 @@ TEST_F(CimxmlToolTest, ReportsEachFileAndGoesOn) {
                "\"namespace\":{\"name\":\"root/cimv2\",\"qualifierDeclarations\":[],"
                "\"classes\":[],\"instances\":[]}}\n",
            Failed(missing, 11, "File access failed")},
-          {{"--mo", "x"}, 2, "", "cimxml: unknown option '--mo'\nUsage: cimxml", true},
-          {{"-x"}, 2, "", "cimxml: unknown option '-x'\nUsage: cimxml", true},
-          {{"-5"}, 2, "", "cimxml: unknown option '-5'\nUsage: cimxml", true},
+          Usage({"--mo", "x"}, "unknown option '--mo'"),
+          Usage({"-x"}, "unknown option '-x'"),
+          Usage({"-5"}, "unknown option '-5'"),
           {{"--help"}, 0, "Usage: cimxml [OPTIONS] [FILE...]\n", "", true},
           // Without a file, the bundled example.
           {{"--quiet"},
@@ -265,21 +270,13 @@ TEST_F(CimxmlToolTest, FullGrammar) {
                indication + "\",\"items\":[\n{\"item\":\"instance\",",
            Failed(missing, 11, "File access failed"),
            true},
-          {{"--json", "--mof", request}, 2, "", "cimxml: --mof excludes --json\n", true},
-          {{"--operations", "--json", request},
-           2,
-           "",
-           "cimxml: --json excludes --operations\n",
-           true},
-          {{"--schema"}, 2, "", "cimxml: --schema: 1 required FILE missing\nUsage: cimxml", true},
-          {{"--schema=", request},
-           2,
-           "",
-           "cimxml: --schema: 1 required FILE missing\nUsage: cimxml",
-           true},
-          {{"--instances", request}, 2, "", "cimxml: --instances requires --classic\n", true},
-          {{"--classic", "--operations"}, 2, "", "cimxml: --classic excludes --operations\n", true},
-          {{"--bogus", "--help"}, 2, "", "cimxml: unknown option '--bogus'\nUsage: cimxml", true},
+          Usage({"--json", "--mof", request}, "--mof excludes --json"),
+          Usage({"--operations", "--json", request}, "--json excludes --operations"),
+          Usage({"--schema"}, "--schema: 1 required FILE missing"),
+          Usage({"--schema=", request}, "--schema: 1 required FILE missing"),
+          Usage({"--instances", request}, "--instances requires --classic"),
+          Usage({"--classic", "--operations"}, "--classic excludes --operations"),
+          Usage({"--bogus", "--help"}, "unknown option '--bogus'"),
           // One document of what the files gave back; their lines go to
           // standard error.
           {{"--quiet", "--xml", indication},
@@ -292,8 +289,8 @@ TEST_F(CimxmlToolTest, FullGrammar) {
            "  <DECLGROUP.WITHNAME>\n",
            Read(indication, 0, 0, 1, 0, 1),
            true},
-          {{"--xml", "--mof", indication}, 2, "", "cimxml: --mof excludes --xml\n", true},
-          {{"--xml", "--json", indication}, 2, "", "cimxml: --json excludes --xml\n", true},
+          Usage({"--xml", "--mof", indication}, "--mof excludes --xml"),
+          Usage({"--xml", "--json", indication}, "--json excludes --xml"),
       },
       {});
 }
