@@ -23,8 +23,9 @@ TEST_F(CIMNamespaceTest, LookUpsThrowTheStatusTheLoaderRelieson) {
   for (std::size_t i = 0; i < std::size(cases); ++i)
     EXPECT_EQ(StatusOf(cases[i].first), cases[i].second) << "case " << i;
   EXPECT_FALSE(ns->HasClass("Sub")) << "a failed CreateClass registers nothing";
-  // A second declaration of a name leaves the first.
+  // A second declaration of a name leaves the first, committed.
   EXPECT_EQ(ns->GetQualifierDecl("Key")->GetType(), kCIMTypeBoolean);
+  EXPECT_TRUE(ns->GetQualifierDecl("Key")->IsCommitted());
   const auto declarations = ns->GetQualifierDecls().size();
   ns->DeleteQualifierDecl("KEY");
   EXPECT_EQ(ns->GetQualifierDecls().size(), declarations - 1);
