@@ -63,11 +63,6 @@ protected:
   TTemporaryFolder scratch;
 };
 
-std::vector<std::string> Classic(std::vector<std::string> arguments) {
-  arguments.insert(arguments.begin(), "--classic");
-  return arguments;
-}
-
 std::string Loaded(const std::string &path, int classes = 0) {
   return path + ": " + std::to_string(classes) + " classes, 0 instances\n";
 }
@@ -91,13 +86,11 @@ std::string Read(const std::string &path, int declarations, int classes, int ins
 // Output that cannot be written fails the run, however well the files loaded.
 TEST_F(CimxmlToolTest, UnwritableOutputFails) {
   const std::pair<std::vector<std::string>, std::string> cases[] = {
-      {Classic({"--quiet", "--mof", kSchema}), ""},
-      {Classic({"--help"}), ""},
-      {{"--quiet", "--mof", kSchema}, ""},
+      {{"--classic", "--quiet", "--mof", kSchema}, ""},
+      {{"--classic", "--help"}, ""},
       {{"--quiet", "--json", kSchema}, ""},
       // With --xml the file's line still reaches standard error.
       {{"--quiet", "--xml", kSchema}, Read(kSchema, 10, 6, 0, 0, 0)},
-      {Classic({"--quiet", "--xml", kSchema}), Loaded(kSchema, 6)},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.first.size());
@@ -159,13 +152,13 @@ TEST_F(CimxmlToolTest, MofXmlAndStats) {
     expected = Loaded(kSchema, 6) + ns->ToMOF();
     TCIMXMLWriter::WriteDocument(xml, *ns);
   }
-  EXPECT_EQ(expected, Run(Classic({"--mof", "--quiet", kSchema})).out);
-  const TRun written = Run(Classic({"--xml", "--quiet", kSchema}));
+  EXPECT_EQ(expected, Run({"--classic", "--mof", "--quiet", kSchema}).out);
+  const TRun written = Run({"--classic", "--xml", "--quiet", kSchema});
   EXPECT_EQ(xml.str(), written.out);
   EXPECT_EQ(Loaded(kSchema, 6), written.err);
 
   const std::string good = scratch.Write("good.xml", kDocument);
-  const TRun run = Run(Classic({"--stats", "--quiet", good, scratch.PathOf("missing.xml")}));
+  const TRun run = Run({"--classic", "--stats", "--quiet", good, scratch.PathOf("missing.xml")});
   EXPECT_EQ(1, run.status);
   EXPECT_EQ(Loaded(good), run.out);
   // "FILE: B bytes, T ms, R MB/s", then the failure, which has no size.
