@@ -22,18 +22,10 @@ protected:
   /// One line per object and operation, in the order they were handed over;
   /// "(aborted)" first when an exception ended the parse.
   std::vector<std::string> Read(const std::string &xml) {
-    std::vector<char> buffer(xml.begin(), xml.end());
-    buffer.push_back('\0');
-    TCIMXMLParser parser(ns);
-    parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kReturnOnly});
     TCIMXMLResult result;
-    parser.SetHandler(&result);
     std::vector<std::string> summary;
-    try {
-      parser.Parse(buffer.data());
-    } catch (const TORVException &) {
+    if (Parse(xml, kFullReturnOnly, &result).aborted)
       summary.push_back("(aborted)");
-    }
     for (const TCIMXMLObject &object : result.GetObjects())
       summary.push_back(Describe(object));
     for (const TCIMXMLOperation &operation : result.GetOperations())

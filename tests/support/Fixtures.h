@@ -252,19 +252,22 @@ protected:
     bool aborted = false; // an exception ended the parse
   };
 
-  enum EMode { kClassic, kQN402, kFull };
+  enum EMode { kClassic, kQN402, kFull, kFullReturnOnly };
 
   /// Parses a whole document, held in a buffer of its own, into ns: in the
   /// classic grammar, in its QN402 mode, or in the full grammar registering
-  /// what it defines.
-  TResult Parse(const std::string &xml, EMode mode = kClassic) {
+  /// what it defines or only handing it to handler.
+  TResult Parse(const std::string &xml, EMode mode = kClassic, ICIMXMLHandler *handler = nullptr) {
     std::vector<char> buffer(xml.begin(), xml.end());
     buffer.push_back('\0');
     TCIMXMLParser parser(ns);
     if (mode == kQN402)
       parser.SetQN402Mode();
-    if (mode == kFull)
-      parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kRegister});
+    if (mode == kFull || mode == kFullReturnOnly)
+      parser.SetReadOptions({ECIMXMLGrammar::kFull, mode == kFull
+                                                        ? ECIMXMLRegistration::kRegister
+                                                        : ECIMXMLRegistration::kReturnOnly});
+    parser.SetHandler(handler);
     TResult result;
     try {
       parser.Parse(buffer.data());
