@@ -88,6 +88,10 @@ inline TCIMValue Uint32(std::uint64_t value) {
   return TCIMValue::MakeUnsigned(kCIMTypeUint32, value);
 }
 
+inline TCIMReference Path(const std::string &text, boost::shared_ptr<ICIMNamespace> ns = nullptr) {
+  return TCIMReference::Parse(text.data(), text.size(), std::move(ns));
+}
+
 inline TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
   TCIMValue value;
   value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()), elements);

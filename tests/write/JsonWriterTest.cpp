@@ -80,14 +80,8 @@ TCIMValue FromJson(TCIMType type, const rapidjson::Value &json) {
 // Each value as an instance's property: its JSON, the type beside it, and
 // (but for a path or an object) what a reader makes of the two.
 TEST(JsonWriterTest, EveryTypeOfValue) {
-  TCIMReference inner;
-  inner.SetClassName("In");
-  inner.AddKeyValue("On", TCIMValue(true));
-  TCIMReference path;
-  path.SetHost("h");
-  path.SetNamespaceName("root/x");
-  path.SetClassName("C");
-  path.AddKeyValue("Id", TCIMValue::MakeUnsigned(kCIMTypeUint64, 7));
+  const TCIMReference inner = Path("In.On=true");
+  TCIMReference path = Path("//h/root/x:C.Id=7");
   path.AddKeyValue("Ref", TCIMValue(inner));
   const auto embedded = CreateStandaloneInstance("E", nullptr);
   embedded->SetPropertyValue("P", TCIMValue::MakeSigned(kCIMTypeSint16, -2));
