@@ -140,8 +140,7 @@ std::string Nested(std::size_t depth, const std::string &text) {
     open += "<VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"R\"><KEYBINDING NAME=\"Ref\">";
     close += "</KEYBINDING></INSTANCENAME></VALUE.REFERENCE>";
   }
-  return open + "<VALUE.REFERENCE><INSTANCENAME CLASSNAME=\"R\"><KEYBINDING NAME=\"S\"><KEYVALUE>" +
-         text + "</KEYVALUE></KEYBINDING></INSTANCENAME></VALUE.REFERENCE>" + close;
+  return open + Reference(Named("R", Binding("S", "<KEYVALUE>" + text + "</KEYVALUE>"))) + close;
 }
 
 std::string Instance(const std::string &reference, const std::string &key) {
