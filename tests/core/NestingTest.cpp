@@ -92,9 +92,7 @@ TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
 TEST_F(NestingModelTest, LongChainsOfClassesAnswerInLoops) {
   auto root = Class("Root");
   Qualify(*root, "Association", TCIMValue(true));
-  TCIMReference target;
-  target.SetClassName("Target");
-  root->AddProperty("P", TCIMValue(target));
+  root->AddProperty("P", TCIMValue(Path("Target")));
   root->AddMethod("Run", TCIMType(kCIMTypeUint32));
   // Not committed: each class finds inherited members by asking upwards.
   boost::shared_ptr<ICIMClass> leaf = root;
