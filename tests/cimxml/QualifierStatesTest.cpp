@@ -51,11 +51,10 @@ TEST_F(QualifierStatesTest, FlavorAttributes) {
       {" TOSUBCLASS=\"false\"", 1},
       {" OVERRIDABLE=\"false\" TOSUBCLASS=\"false\" TRANSLATABLE=\"true\"", 4},
       {" OVERRIDABLE=\"TRUE\"", 2}};
+  const std::string description = "<QUALIFIER NAME=\"Description\" TYPE=\"string\"";
   for (const auto &c : cases) {
     Reset();
-    const TResult result = Parse(InClassC(std::string("<QUALIFIER NAME=\"Description\" "
-                                                      "TYPE=\"string\"") +
-                                          c.first + "/>"));
+    const TResult result = Parse(InClassC(description + c.first + "/>"));
     ASSERT_EQ(result.classes.size(), 1u);
     EXPECT_EQ(result.classes[0]->GetQualifier("Description")->GetFlavor(), c.second) << c.first;
   }
