@@ -383,10 +383,8 @@ TEST_F(FullGrammarCorpusTest, EveryMessageKindReadsFromARealDocument) {
     }
   }
   EXPECT_FALSE(kindsHeld.empty());
-  for (const auto &held : kindsHeld) {
-    SCOPED_TRACE("message kind " + std::to_string(held.first));
-    EXPECT_GT(kindsRead[held.first], 0u);
-  }
+  for (const auto &held : kindsHeld)
+    EXPECT_GT(kindsRead[held.first], 0u) << "message kind " << held.first;
 }
 
 } // namespace
