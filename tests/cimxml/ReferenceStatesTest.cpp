@@ -126,11 +126,9 @@ TEST_F(ReferenceStatesTest, ReferencesAndInstanceNames) {
 }
 
 /// R { [Key] R REF Ref; [Key] string S; }
-std::string Schema() {
-  return Objects({"<CLASS NAME=\"R\"><PROPERTY.REFERENCE NAME=\"Ref\" REFERENCECLASS=\"R\">" +
-                  kKey + "</PROPERTY.REFERENCE><PROPERTY NAME=\"S\" TYPE=\"string\">" + kKey +
-                  "</PROPERTY></CLASS>"});
-}
+const std::string kR = "<CLASS NAME=\"R\"><PROPERTY.REFERENCE NAME=\"Ref\" REFERENCECLASS=\"R\">" +
+                       kKey + "</PROPERTY.REFERENCE><PROPERTY NAME=\"S\" TYPE=\"string\">" + kKey +
+                       "</PROPERTY></CLASS>";
 
 /// depth references of R, each the key Ref of the one around it; the
 /// innermost has the key S.
@@ -179,7 +177,7 @@ TEST_F(ReferenceStatesTest, RefusedReferencesLeaveNullAndTheRestIsRead) {
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.depth);
-    Reset({Schema()});
+    Reset({Objects({kR})});
     const TResult result =
         Parse(Objects({Instance(Nested(c.depth, c.text), "a"), Instance(Nested(1, "y"), "b")}));
     EXPECT_EQ(Log(), c.log);
