@@ -17,22 +17,22 @@ TEST_F(ClassStatesTest, ContentModel) {
                 "<CLASS Name=\"Derived\" SuperClass=\"Base\" Colour=\"red\"><QUALIFIER "
                 "NAME=\"Description\" TYPE=\"string\"><VALUE>a class</VALUE></QUALIFIER><PROPERTY "
                 "NAME=\"Size\" TYPE=\"uint64\"/><METHOD NAME=\"Reset\" TYPE=\"uint32\"/></CLASS>"}),
-       {},
        "class Base { string Id; }; [Description(\"a class\")] class Derived : Base { uint64 Size; "
        "uint32 Reset(); };",
+       {},
        "Base Derived |"},
       // An element a class does not take ends it: what follows is refused.
       {Objects({"<CLASS NAME=\"A\"><FOO/><PROPERTY NAME=\"P\" TYPE=\"string\"/></CLASS>"}),
-       {Err("Unexpected element foo"), Err("Unexpected element property"), "(aborted)"},
-       "class A { };"},
+       "class A { };",
+       {Err("Unexpected element foo"), Err("Unexpected element property"), "(aborted)"}},
       {Objects({"<CLASS NAME=\"C\"><METHOD NAME=\"m\"/><PROPERTY NAME=\"p\"/></CLASS>"}),
-       {Err("Unexpected element property")},
-       "class C { void m(); };"},
+       "class C { void m(); };",
+       {Err("Unexpected element property")}},
       // When a start tag's object-model call fails (no name, an unknown
       // superclass, a class made twice, a property or method declared twice,
       // an unknown type), each child and end handler that would use the
       // object fails with one line, and the rest of the document loads.
-      {Objects({"<CLASS><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}), failed(2), "", "|"},
+      {Objects({"<CLASS><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}), "", failed(2), "|"},
       {Objects({"<CLASS NAME=\"Orphan\" SUPERCLASS=\"Nope\"><QUALIFIER NAME=\"Description\" "
                 "TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER><PROPERTY NAME=\"p\" TYPE=\"uint8\">"
                 "<QUALIFIER NAME=\"Key\" TYPE=\"boolean\"><VALUE>true</VALUE></QUALIFIER>"
@@ -41,13 +41,13 @@ TEST_F(ClassStatesTest, ContentModel) {
                 "</CLASS>",
                 "<CLASS NAME=\"Twice\"/>",
                 "<CLASS NAME=\"Twice\"><PROPERTY NAME=\"p\" TYPE=\"uint8\"/></CLASS>"}),
-       failed(10), "class Twice { };", "Twice |"},
+       "class Twice { };", failed(10), "Twice |"},
       {Objects({"<CLASS NAME=\"C\"><PROPERTY NAME=\"p\" TYPE=\"uint8\"/><PROPERTY.ARRAY "
                 "NAME=\"P\" TYPE=\"string\"><QUALIFIER NAME=\"Description\"/></PROPERTY.ARRAY>"
                 "<PROPERTY NAME=\"q\" TYPE=\"unit8\"/><METHOD NAME=\"m\"/><METHOD NAME=\"m\">"
                 "<PARAMETER NAME=\"x\" TYPE=\"uint8\"/><PARAMETER.REFARRAY NAME=\"x\"/></METHOD>"
                 "</CLASS>"}),
-       failed(6), "class C { uint8 p; void m(); };"},
+       "class C { uint8 p; void m(); };", failed(6)},
   });
 }
 
@@ -70,13 +70,13 @@ TEST_F(ClassStatesTest, FullGrammarTakesPropagatedMembersAsInherited) {
                        "TYPE=\"string\"><VALUE>id</VALUE></QUALIFIER><VALUE>1</VALUE>"
                        "</PROPERTY><METHOD NAME=\"Reset\" TYPE=\"uint32\" "
                        "PROPAGATED=\"true\"/>")}),
-          {},
           "class Sub : Base { };"},
          {Objects({sub("<PROPERTY NAME=\"Id\" TYPE=\"uint8\" PROPAGATED=\"true\" "
                        "CLASSORIGIN=\"Other\"><QUALIFIER NAME=\"Description\" "
                        "TYPE=\"string\"><VALUE>new</VALUE></QUALIFIER><VALUE>2</VALUE>"
                        "</PROPERTY><PROPERTY NAME=\"Size\" TYPE=\"uint8\" PROPAGATED=\"true\"/>"
                        "<METHOD NAME=\"Stop\" TYPE=\"uint32\" PROPAGATED=\"true\"/>")}),
+          "class Sub : Base { uint8 Size; uint32 Stop(); };",
           {Err("Propagated property Id of class Sub has another default than the inherited "
                "one, which is kept"),
            Err("Propagated property Id of class Sub names class origin Other, but it comes from "
@@ -86,16 +86,15 @@ TEST_F(ClassStatesTest, FullGrammarTakesPropagatedMembersAsInherited) {
            Err("Propagated property Size of class Sub is not in the superclass: it is read as the "
                "class's own"),
            Err("Propagated method Stop of class Sub is not in the superclass: it is read as the "
-               "class's own")},
-          "class Sub : Base { uint8 Size; uint32 Stop(); };"},
+               "class's own")}},
          // A qualifier that is not overridable may be restated, not changed.
          {Objects({sub("<PROPERTY NAME=\"Id\" TYPE=\"uint8\">" + key +
                        "false</VALUE></QUALIFIER></PROPERTY><PROPERTY NAME=\"Size\" "
                        "TYPE=\"uint8\">" +
                        key + "true</VALUE></QUALIFIER></PROPERTY>")}),
-          {Err("Qualifier Key is not overridable: the inherited value is kept")},
-          "class Sub : Base { uint8 Id; [Key] uint8 Size; };"}},
-        {Objects({base})}, [this](const std::string &xml) { return ParseFull(xml); });
+          "class Sub : Base { uint8 Id; [Key] uint8 Size; };",
+          {Err("Qualifier Key is not overridable: the inherited value is kept")}}},
+        {Objects({base})}, [this](const std::string &xml) { return Parse(xml, kFull); });
 }
 
 } // namespace

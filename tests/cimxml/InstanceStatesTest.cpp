@@ -22,32 +22,32 @@ TEST_F(InstanceStatesTest, InstancesAndValueObjects) {
           {Objects({"<INSTANCE CLASSNAME=\"Nope\"><PROPERTY NAME=\"n\"/></INSTANCE>",
                     "<INSTANCE CLASSNAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"><VALUE>1"
                     "</VALUE></PROPERTY></INSTANCE>"}),
-           {Ended(kORVStatusNullObject), Ended(kORVStatusNullObject)},
            "instance of Plain { n = 1; };",
+           {Ended(kORVStatusNullObject), Ended(kORVStatusNullObject)},
            "| Plain"},
           {Objects({"<INSTANCE CLASSNAME=\"Plain\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"/>"
                     "<QUALIFIER NAME=\"Description\"/></INSTANCE>"}),
-           {Err("Unexpected element qualifier")},
-           "instance of Plain { n = NULL; };"},
+           "instance of Plain { n = NULL; };",
+           {Err("Unexpected element qualifier")}},
           // Kept as it is: a qualifier before the properties enters no state,
           // so its end tag ends the instance, and a property after it reaches
           // the value object; the end tags left over then empty the stack.
           {Objects({"<INSTANCE CLASSNAME=\"Plain\"><QUALIFIER NAME=\"Description\"/><PROPERTY "
                     "NAME=\"n\" TYPE=\"uint8\"/></INSTANCE>"}),
-           {Err("Unexpected element property"), "(aborted)"},
-           "instance of Plain { };"},
+           "instance of Plain { };",
+           {Err("Unexpected element property"), "(aborted)"}},
           // Value objects need their children, in order.
           {InDeclGroup("<VALUE.OBJECT></VALUE.OBJECT>"),
-           {syntax, Ended(kORVStatusInvalidDocument)},
-           ""},
+           "",
+           {syntax, Ended(kORVStatusInvalidDocument)}},
           {InDeclGroup("<VALUE.OBJECT><CLASS NAME=\"A\"/>" + plain + "</VALUE.OBJECT>"),
-           {Err("Unexpected element instance")},
            "class A { };",
+           {Err("Unexpected element instance")},
            "A |"},
           {"<CIM><DECLARATION><DECLGROUP.WITHPATH><VALUE.OBJECTWITHLOCALPATH>" + plain +
                "</VALUE.OBJECTWITHLOCALPATH></DECLGROUP.WITHPATH></DECLARATION></CIM>",
-           {Err("Unexpected element instance"), syntax, Ended(kORVStatusInvalidDocument)},
-           ""},
+           "",
+           {Err("Unexpected element instance"), syntax, Ended(kORVStatusInvalidDocument)}},
       },
       {Objects({kPlain})});
 }

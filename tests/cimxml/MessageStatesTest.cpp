@@ -55,15 +55,13 @@ TEST_F(MessageStatesTest, Shapes) {
   const std::string ended = Ended(kORVStatusInvalidDocument);
   Check(
       {
-          {Message(createClass + createInstance), {}, newClass + " " + d1, "|"},
+          {Message(createClass + createInstance), newClass + " " + d1, {}, "|"},
           // The blank in "Create Instance" is accepted on purpose; the
           // parameter's name need not match its object.
           {Message(Call("Create Instance",
                         Param("NewClass", Instance("a")) + Param("NewInstance", Instance("b")))),
-           {},
            "instance of T_Disk { Name = \"a\"; }; instance of T_Disk { Name = \"b\"; };"},
           {Message("<MULTIREQ>" + createClass + createInstance + "</MULTIREQ>", "ID=\"1\""),
-           {},
            newClass + " " + d1},
           // Responses collect their classes, in document order; an error
           // between them holds no element; a named instance is committed
@@ -74,47 +72,47 @@ TEST_F(MessageStatesTest, Shapes) {
                           "<KEYVALUE>d1</KEYVALUE></INSTANCENAME>" +
                           Instance("d1") + "</VALUE.NAMEDINSTANCE></IRETURNVALUE><IRETURNVALUE>" +
                           Class("T_B") + "</IRETURNVALUE>")),
-           {},
            "class T_A : T_Disk { }; class T_B : T_Disk { }; " + d1,
+           {},
            "T_A T_B |"},
           {Message(Return("<IRETURNVALUE><QUALIFIER.DECLARATION NAME=\"Q\" TYPE=\"string\"><SCOPE "
                           "CLASS=\"true\"/></QUALIFIER.DECLARATION></IRETURNVALUE>")),
-           {},
            "Qualifier Q : string, Scope(class), Flavor(EnableOverride, ToSubclass);",
+           {},
            "|"},
           // Reported, and still read.
           {Message(createClass, "PROTOCOLVERSION=\"1.1\""),
-           {Err("Unknown protocol version")},
-           newClass},
+           newClass,
+           {Err("Unknown protocol version")}},
           {Message("<MULTIREQ>" + createClass + "</MULTIREQ>"),
-           {Err("Invalid MULTIREQ"), ended},
-           newClass},
+           newClass,
+           {Err("Invalid MULTIREQ"), ended}},
           // Method names are compared exactly; the call is still read.
           {Message(Call("createinstance", Param("NewInstance", Instance("d1")))),
-           {Err("Unexpected IMethodCall method createinstance")},
-           d1},
+           d1,
+           {Err("Unexpected IMethodCall method createinstance")}},
           // The usual request that loads nothing: each level reports, and
           // the parameter ends without an object.
           {Message(Call("GetClass", Param("ClassName", "<CLASSNAME NAME=\"T_Disk\"/>"))),
+           "",
            {Err("Unexpected IMethodCall method GetClass"),
             Err("Unexpected IParamValue parameter name"), Err("Unexpected element classname"),
-            syntax, ended},
-           ""},
+            syntax, ended}},
           // One object per parameter: the second's end tag ends the
           // parameter, which commits the first.
           {Message(Call("CreateClass", Param("NewClass", Class("T_A") + "<CLASS NAME=\"T_B\"/>"))),
-           {Err("Unexpected element class")},
-           "class T_A : T_Disk { };"},
+           "class T_A : T_Disk { };",
+           {Err("Unexpected element class")}},
           // The namespace path must come first.
           {Message("<SIMPLEREQ><IMETHODCALL NAME=\"CreateClass\">" + Param("NewClass", "") +
                    "</IMETHODCALL></SIMPLEREQ>"),
-           {Err("Unexpected element iparamvalue")},
-           ""},
+           "",
+           {Err("Unexpected element iparamvalue")}},
           // What an instance creation answers is refused, and the return value
           // then ends early without an object.
           {Message(Return("<IRETURNVALUE><INSTANCENAME CLASSNAME=\"T_Disk\"/></IRETURNVALUE>")),
-           {Err("Unexpected element instancename"), syntax, ended},
-           ""},
+           "",
+           {Err("Unexpected element instancename"), syntax, ended}},
       },
       {kSchema}, [this](const std::string &xml) {
         auto probe = TProbeState::Run(ns, xml);

@@ -25,24 +25,22 @@ TEST_F(MethodStatesTest, MethodsAndParameters) {
            "<VALUE.ARRAY><VALUE>2</VALUE></VALUE.ARRAY><VALUE>1</VALUE></PARAMETER.ARRAY>"
            "<PARAMETER.REFERENCE NAME=\"c\" REFERENCECLASS=\"C\"/><PARAMETER.REFARRAY NAME=\"d\" "
            "REFERENCECLASS=\"Nope\" ARRAYSIZE=\"3\"/><QUALIFIER NAME=\"ValueMap\"/>"),
-       {},
        "class C { [Description(\"go\"), ValueMap(NULL)] uint32 m([In(false)] string a, [In(NULL)] "
        "uint8 b, object REF c, object REF d); };"},
       // Kept as it is: a reference parameter takes its array default only as
       // "value.aray".
       {Method("<PARAMETER.REFERENCE NAME=\"p\"><VALUE.ARAY/></PARAMETER.REFERENCE>"
               "<PARAMETER.REFARRAY NAME=\"q\"><VALUE.ARAY/></PARAMETER.REFARRAY>"),
-       {},
        "class C { uint32 m(object REF p, object REF q); };"},
       {Method("<PARAMETER.REFARRAY NAME=\"p\"><VALUE.ARRAY/></PARAMETER.REFARRAY>"),
-       {Err("Unexpected element value.array")},
-       "class C { uint32 m(object REF p); };"},
+       "class C { uint32 m(object REF p); };",
+       {Err("Unexpected element value.array")}},
       {Method("<PARAMETER NAME=\"p\" TYPE=\"uint8\"><VALUE.ARAY/></PARAMETER>"),
-       {Err("Unexpected element value.aray")},
-       "class C { uint32 m(uint8 p); };"},
+       "class C { uint32 m(uint8 p); };",
+       {Err("Unexpected element value.aray")}},
       {Method("<PROPERTY NAME=\"p\" TYPE=\"uint8\"/>"),
-       {Err("Unexpected element property")},
-       "class C { uint32 m(); };"},
+       "class C { uint32 m(); };",
+       {Err("Unexpected element property")}},
   });
 }
 
@@ -54,10 +52,9 @@ TEST_F(MethodStatesTest, FullGrammarKeepsParameterArraysAndReferenceClasses) {
                  "<PARAMETER.REFERENCE NAME=\"c\" REFERENCECLASS=\"C\"/>"
                  "<PARAMETER.REFARRAY NAME=\"d\" REFERENCECLASS=\"Nope\" ARRAYSIZE=\"3\"/>"
                  "<PARAMETER.REFARRAY NAME=\"e\"/><PARAMETER.REFERENCE NAME=\"f\"/>"),
-          {},
           "class C { uint32 m(uint8 b[2], string s[], C REF c, Nope REF d[3], object REF e[], "
           "object REF f); };"}},
-        {}, [this](const std::string &xml) { return ParseFull(xml); });
+        {}, [this](const std::string &xml) { return Parse(xml, kFull); });
 }
 
 } // namespace

@@ -19,38 +19,37 @@ TEST_F(PathStatesTest, PathsFillTheirTargets) {
   const std::string remote = "<NAMESPACEPATH><HOST>h</HOST>" + local + "</NAMESPACEPATH>";
   const struct {
     std::string xml;
-    std::vector<std::string> log;
     const char *fields;
+    std::vector<std::string> log = {};
   } cases[] = {
       // Components join without a separator; one without a name repeats the
       // one before it; letter case and other attributes do not matter.
-      {Local("<NAMESPACE NAME=\"a\"/><NAMESPACE/><namespace Name=\"B\" x=\"1\"/>"), {}, "|aaB||"},
+      {Local("<NAMESPACE NAME=\"a\"/><NAMESPACE/><namespace Name=\"B\" x=\"1\"/>"), "|aaB||"},
       {Local(""),
-       {Err("Unexpected at least 1 NAMESPACE element"), Ended(kORVStatusInvalidDocument)},
-       "|||"},
+       "|||",
+       {Err("Unexpected at least 1 NAMESPACE element"), Ended(kORVStatusInvalidDocument)}},
       // The host loses trailing whitespace only, never its first character.
       {"<NAMESPACEPATH>text<HOST> my host\t\r\n</HOST>" + local + "</NAMESPACEPATH>",
-       {},
        " my host|n||"},
-      {"<NAMESPACEPATH><HOST>\n \n</HOST>" + local + "</NAMESPACEPATH>", {}, "\n|n||"},
-      {"<CLASSPATH>" + remote + "<CLASSNAME NAME=\"C1\"/></CLASSPATH>", {}, "h|n|C1|"},
-      {"<LOCALCLASSPATH>" + local + "<CLASSNAME NAME=\"C2\"/></LOCALCLASSPATH>", {}, "|n|C2|"},
-      {"<INSTANCEPATH>" + remote + "<INSTANCENAME CLASSNAME=\"T\"/></INSTANCEPATH>", {}, "h|n||T"},
+      {"<NAMESPACEPATH><HOST>\n \n</HOST>" + local + "</NAMESPACEPATH>", "\n|n||"},
+      {"<CLASSPATH>" + remote + "<CLASSNAME NAME=\"C1\"/></CLASSPATH>", "h|n|C1|"},
+      {"<LOCALCLASSPATH>" + local + "<CLASSNAME NAME=\"C2\"/></LOCALCLASSPATH>", "|n|C2|"},
+      {"<INSTANCEPATH>" + remote + "<INSTANCENAME CLASSNAME=\"T\"/></INSTANCEPATH>", "h|n||T"},
       // A third child of a namespace path is a corrupt state; of the other
       // paths an unexpected element.
       {"<NAMESPACEPATH><HOST>h</HOST>" + local + "<HOST/></NAMESPACEPATH>",
-       {Err("Parser state corrupt")},
-       "h|n||"},
+       "h|n||",
+       {Err("Parser state corrupt")}},
       {"<LOCALINSTANCEPATH>" + local + "<CLASSNAME/></LOCALINSTANCEPATH>",
-       {Err("Unexpected element classname")},
-       "|n||"},
+       "|n||",
+       {Err("Unexpected element classname")}},
       {"<CLASSNAME NAME=\"C\"><NAMESPACE/></CLASSNAME>",
-       {Err("Unexpected element namespace")},
-       "||C|"},
+       "||C|",
+       {Err("Unexpected element namespace")}},
       // Neither a host nor a namespace looks at children: the child's end tag
       // ends them, so the host keeps the text before the child, and the
       // local path, after its namespace path closed, goes to the probe.
-      {"<NAMESPACEPATH><HOST>h1<X/>h2</HOST>" + local + "</NAMESPACEPATH>", {}, "h1|n||"},
+      {"<NAMESPACEPATH><HOST>h1<X/>h2</HOST>" + local + "</NAMESPACEPATH>", "h1|n||"},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.xml);

@@ -21,10 +21,12 @@ struct TOutcome {
   bool Clean() const { return status == kORVStatusOK && log.empty(); }
 };
 
-/// Loads the first length bytes into ns from a copy of exactly length + 1
-/// bytes ending in the NUL, so that AddressSanitizer sees a read past it.
+/// Loads the first length bytes (all by default) into ns from a copy of
+/// exactly length + 1 bytes ending in the NUL, so that AddressSanitizer sees
+/// a read past it.
 TOutcome Load(const boost::shared_ptr<ICIMNamespace> &ns, const std::string &text,
-              std::size_t length) {
+              std::size_t length = std::string::npos) {
+  length = std::min(length, text.size());
   TCapturingLogger logger;
   TOutcome outcome;
   std::unique_ptr<char[]> buffer(new char[length + 1]);
@@ -78,11 +80,10 @@ TEST_P(ExamplePrefixTest, EveryCutEndsInAResultOrAnException) {
   const auto prepared = [&] {
     auto ns = CreateCIMNamespace("root/example");
     for (int before = 0; before < GetParam(); ++before)
-      Load(ns, ReadFile(directory + examples[before]),
-           ReadFile(directory + examples[before]).size());
+      Load(ns, ReadFile(directory + examples[before]));
     return ns;
   };
-  const TOutcome whole = Load(prepared(), text, text.size());
+  const TOutcome whole = Load(prepared(), text);
   ASSERT_TRUE(whole.Clean());
   // Something to lose: the document itself makes objects.
   ASSERT_GT(whole.classes.size() + whole.instances.size(),

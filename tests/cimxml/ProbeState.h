@@ -15,9 +15,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace orvtest {
@@ -26,10 +24,6 @@ class TProbeState : public NVRNORV20::TCIMXMLParser::TParseState {
   using TParser = NVRNORV20::TCIMXMLParser;
 
 public:
-  TProbeState()
-      : reference(boost::shared_ptr<NVRNORV20::ICIMNamespace>(),
-                  std::map<std::string, NVRNORV20::TCIMValue>()) {}
-
   void ChildElement(TParser &parser, const std::string &name, TAttributes &attributes) override {
     static constexpr TChildRow kRows[] = {
         Child<TParser::TStateNamespacePath, TProbeState>("namespacepath"),

@@ -18,30 +18,28 @@ TEST_F(QualifierStatesTest, Qualifiers) {
                 "TYPE=\"boolean\" PROPAGATED=\"true\"><VALUE>false</VALUE></QUALIFIER>"
                 "<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY>\n<VALUE>0</VALUE>\n"
                 "<VALUE>..</VALUE></VALUE.ARRAY></QUALIFIER>"),
-       {},
        "[Description(\" fish & chips \"), MaxValue(-12), Key(NULL), ValueMap {\"0\", \"..\"}] "
        "class C { };"},
       // A value enters no child: the child's end tag ends the value with the
       // text read so far, and the value's own end tag then ends its parent.
       {InClassC("<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>before<B/>after</VALUE>"
                 "</QUALIFIER>"),
-       {},
        "[Description(\"before\")] class C { };"},
       {InClassC("<QUALIFIER NAME=\"Colour\" TYPE=\"string\"><VALUE>red</VALUE></QUALIFIER>"
                 "<QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>d</VALUE></QUALIFIER>"),
-       {"TCIMXMLParser: Couldn't find qualifier Colour", Ended(kORVStatusQualifierNotDeclared)},
-       "[Description(\"d\")] class C { };"},
+       "[Description(\"d\")] class C { };",
+       {"TCIMXMLParser: Couldn't find qualifier Colour", Ended(kORVStatusQualifierNotDeclared)}},
       // Control characters of a document reach the log escaped, C1 ones in
       // UTF-8 too; printable text and backslashes stay as they are.
       {InClassC("<QUALIFIER NAME=\"Co\nl\x1b[2J\xc2\x9b\xc2\xa0\\x\" TYPE=\"string\"/>"),
+       "class C { };",
        {"TCIMXMLParser: Couldn't find qualifier Co\\x0Al\\x1B[2J\\xC2\\x9B\xc2\xa0\\x",
-        Ended(kORVStatusQualifierNotDeclared, 2)},
-       "class C { };"},
+        Ended(kORVStatusQualifierNotDeclared, 2)}},
       // The refused child's end tag ends the qualifier, which is attached.
       {InClassC("<QUALIFIER NAME=\"ValueMap\" TYPE=\"string\"><VALUE.ARRAY><VALUE.ARRAY/>"
                 "</VALUE.ARRAY></QUALIFIER>"),
-       {Err("Unexpected element value.array")},
-       "[ValueMap {}] class C { };"},
+       "[ValueMap {}] class C { };",
+       {Err("Unexpected element value.array")}},
   });
 }
 
@@ -53,11 +51,10 @@ TEST_F(QualifierStatesTest, FlavorAttributes) {
       {" TOSUBCLASS=\"false\"", 1},
       {" OVERRIDABLE=\"false\" TOSUBCLASS=\"false\" TRANSLATABLE=\"true\"", 4},
       {" OVERRIDABLE=\"TRUE\"", 2}};
+  const std::string description = "<QUALIFIER NAME=\"Description\" TYPE=\"string\"";
   for (const auto &c : cases) {
     Reset();
-    const TResult result = Parse(InClassC(std::string("<QUALIFIER NAME=\"Description\" "
-                                                      "TYPE=\"string\"") +
-                                          c.first + "/>"));
+    const TResult result = Parse(InClassC(description + c.first + "/>"));
     ASSERT_EQ(result.classes.size(), 1u);
     EXPECT_EQ(result.classes[0]->GetQualifier("Description")->GetFlavor(), c.second) << c.first;
   }

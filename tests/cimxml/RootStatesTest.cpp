@@ -19,15 +19,15 @@ TEST_F(RootStatesTest, DeclarationsAndGroups) {
            "</DeclGroup><DECLGROUP.WITHNAME><VALUE.NAMEDOBJECT><CLASS NAME=\"C\"/>"
            "</VALUE.NAMEDOBJECT></DECLGROUP.WITHNAME><DECLGROUP.WITHPATH/></DECLARATION>"
            "<DECLARATION><DECLGROUP/></DECLARATION></Cim>",
-       {},
        "Qualifier Q : boolean, Scope(class), Flavor(EnableOverride, ToSubclass); class A { }; "
        "class C { };",
+       {},
        "A C |"},
-      {"<DECLARATION/>", {Err("Unexpected element declaration")}, ""},
+      {"<DECLARATION/>", "", {Err("Unexpected element declaration")}},
       {InDeclGroup(a + "<QUALIFIER.DECLARATION NAME=\"Q\"/>"),
-       {Err("Unexpected element qualifier.declaration")},
-       "class A { };"},
-      {InDeclGroup("<VALUE.NAMEDOBJECT/>"), {Err("Unexpected element value.namedobject")}, ""},
+       "class A { };",
+       {Err("Unexpected element qualifier.declaration")}},
+      {InDeclGroup("<VALUE.NAMEDOBJECT/>"), "", {Err("Unexpected element value.namedobject")}},
   });
 }
 

@@ -5,10 +5,6 @@
 namespace orvtest {
 namespace {
 
-TCIMReference Path(const std::string &text) {
-  return TCIMReference::Parse(text.data(), text.size(), nullptr);
-}
-
 class CIMInstanceTest : public TModelTest {
 protected:
   /// Base { [Key] string Name; uint32 Count = 5 } and

@@ -12,12 +12,6 @@ TCIMValue Read(TCIMType type, const std::string &text) {
   return TCIMValue(type, text, nullptr);
 }
 
-TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
-  TCIMValue value;
-  value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()), elements);
-  return value;
-}
-
 // Texts of each type, named in any letter case, each followed by the
 // canonical text of the value it reads as, which must read back as the same
 // value, or by the status that refuses it: "!text", "!range" or "!date".

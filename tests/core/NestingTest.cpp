@@ -3,6 +3,8 @@
 // it is given rather than its square, and keep its meaning.
 #include "support/Fixtures.h"
 
+#include <boost/weak_ptr.hpp>
+
 #include <cstdint>
 #include <limits>
 
@@ -94,9 +96,7 @@ TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
 TEST_F(NestingModelTest, LongChainsOfClassesAnswerInLoops) {
   auto root = Class("Root");
   Qualify(*root, "Association", TCIMValue(true));
-  TCIMReference target;
-  target.SetClassName("Target");
-  root->AddProperty("P", TCIMValue(target));
+  root->AddProperty("P", TCIMValue(Path("Target")));
   root->AddMethod("Run", TCIMType(kCIMTypeUint32));
   // Not committed: each class finds inherited members by asking upwards.
   boost::shared_ptr<ICIMClass> leaf = root;
@@ -113,10 +113,14 @@ TEST_F(NestingModelTest, LongChainsOfClassesAnswerInLoops) {
   EXPECT_EQ(leaf->GetMethods().size(), 1u);
 }
 
-// Each class shares its superclass's members instead of copying them: a
-// committed chain 10,000 deep, one property each, with an override halfway.
-TEST_F(NestingModelTest, CommittedChainsShareTheirMembers) {
-  constexpr int kChain = 10000;
+// Each class shares its superclass's members instead of copying them, and
+// releasing a chain (and the declarations each class overrides) loops rather
+// than recurses, also when the caller keeps the last subclass, and an
+// instance of it, after the namespace is gone: a committed chain 50,000
+// deep, each class repeating the key without its KEY and adding a property
+// and a method.
+TEST_F(NestingModelTest, CommittedChainsShareTheirMembersAndAreReleasedInLoops) {
+  constexpr int kChain = 50000;
   auto root = Class("Root");
   Property(*root, "Id", TCIMValue("r"), true);
   root->Commit();
@@ -124,14 +128,14 @@ TEST_F(NestingModelTest, CommittedChainsShareTheirMembers) {
   for (int level = 0; level < kChain; ++level) {
     leaf = ns->CreateClass("C" + std::to_string(level), leaf);
     leaf->AddProperty("P" + std::to_string(level), Uint32(level));
-    if (level == kChain / 2)
-      Property(*leaf, "id", TCIMValue("over"), true);
+    Property(*leaf, "ID", TCIMValue("C" + std::to_string(level)));
     leaf->AddMethod("M" + std::to_string(level), TCIMType(kCIMTypeUint32));
     leaf->Commit();
   }
   const auto properties = leaf->GetProperties();
   ASSERT_EQ(properties.size(), static_cast<std::size_t>(kChain + 1));
-  EXPECT_EQ(properties[0]->GetValue(), TCIMValue("over")); // in the place it overrides
+  EXPECT_EQ(properties[0]->GetValue(), TCIMValue("C49999")); // in the place it overrides
+  EXPECT_TRUE(properties[0]->IsKey());
   EXPECT_EQ(properties[kChain]->GetName(), "P" + std::to_string(kChain - 1));
   EXPECT_EQ(leaf->GetMethods().size(), static_cast<std::size_t>(kChain));
   EXPECT_EQ(leaf->GetMethods()[7]->GetName(), "M7");
@@ -141,8 +145,20 @@ TEST_F(NestingModelTest, CommittedChainsShareTheirMembers) {
   instance->SetPropertyValue("P3", Uint32(33));
   instance->Commit();
   EXPECT_EQ(instance->GetPropertyValue("p4"), Uint32(4));
-  EXPECT_EQ(instance->GetPath().GetKeyValue("ID"), TCIMValue("over"));
-  EXPECT_EQ(instance->ToMOF(), "instance of C9999 {\n    P3 = 33;\n    P9 = 99;\n};");
+  EXPECT_EQ(instance->GetPath().GetKeyValue("ID"), TCIMValue("C49999"));
+  EXPECT_EQ(instance->ToMOF(), "instance of C49999 {\n    P3 = 33;\n    P9 = 99;\n};");
+  // What the caller holds stays readable, but registers nothing any more.
+  const boost::weak_ptr<ICIMClass> held = root;
+  root.reset();
+  instance = leaf->CreateInstance();
+  ns.reset();
+  EXPECT_FALSE(leaf->GetNamespace());
+  EXPECT_TRUE(leaf->GetInstances().empty());
+  EXPECT_EQ(StatusOf([&] { instance->Commit(); }), kORVStatusNamespaceGone);
+  EXPECT_EQ(instance->GetPropertyValue("p4"), Uint32(4));
+  instance.reset();
+  leaf.reset();
+  EXPECT_TRUE(held.expired());
 }
 
 TEST_F(NestingModelTest, LongListsOfKeysAndQualifiersKeepTheirOrder) {

@@ -88,6 +88,16 @@ inline TCIMValue Uint32(std::uint64_t value) {
   return TCIMValue::MakeUnsigned(kCIMTypeUint32, value);
 }
 
+inline TCIMReference Path(const std::string &text, boost::shared_ptr<ICIMNamespace> ns = nullptr) {
+  return TCIMReference::Parse(text.data(), text.size(), std::move(ns));
+}
+
+inline TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
+  TCIMValue value;
+  value.Set(TCIMType(type), static_cast<unsigned int>(elements.size()), elements);
+  return value;
+}
+
 /// The shared corpus's manifest, one row of tab-separated fields per
 /// document (0 file, 8 well-formed, 9 root path, 10 method, 11 CLASS count,
 /// 12 INSTANCE count); empty when the corpus is missing.
@@ -212,14 +222,14 @@ inline std::string QualifierDeclarations() {
       "<SCOPE PARAMETER=\"true\"/><VALUE>true</VALUE></QUALIFIER.DECLARATION>");
 }
 
-/// A document and what reading it must leave: the log, the MOF of what it
-/// added to the namespace (each line's indentation and the blank lines
-/// between objects squeezed to one blank) and, when given, what the parser
+/// A document and what reading it must leave: the MOF of what it added to
+/// the namespace (each line's indentation and the blank lines between
+/// objects squeezed to one blank), the log and, when given, what the parser
 /// collected: class names, then "|", then the classes of instances.
 struct TDocCase {
   std::string xml;
-  std::vector<std::string> log;
   std::string mof;
+  std::vector<std::string> log = {};
   const char *collected = nullptr;
 };
 
@@ -246,13 +256,22 @@ protected:
     bool aborted = false; // an exception ended the parse
   };
 
-  /// Parses a whole document, held in a buffer of its own, into ns.
-  TResult Parse(const std::string &xml, bool qn402Mode = false) {
+  enum EMode { kClassic, kQN402, kFull, kFullReturnOnly };
+
+  /// Parses a whole document, held in a buffer of its own, into ns: in the
+  /// classic grammar, in its QN402 mode, or in the full grammar registering
+  /// what it defines or only handing it to handler.
+  TResult Parse(const std::string &xml, EMode mode = kClassic, ICIMXMLHandler *handler = nullptr) {
     std::vector<char> buffer(xml.begin(), xml.end());
     buffer.push_back('\0');
     TCIMXMLParser parser(ns);
-    if (qn402Mode)
+    if (mode == kQN402)
       parser.SetQN402Mode();
+    if (mode == kFull || mode == kFullReturnOnly)
+      parser.SetReadOptions({ECIMXMLGrammar::kFull, mode == kFull
+                                                        ? ECIMXMLRegistration::kRegister
+                                                        : ECIMXMLRegistration::kReturnOnly});
+    parser.SetHandler(handler);
     TResult result;
     try {
       parser.Parse(buffer.data());
@@ -261,22 +280,6 @@ protected:
     }
     result.classes = parser.GetClassesCollected();
     result.instances = parser.GetInstancesCollected();
-    return result;
-  }
-
-  /// Parses a whole document in the full grammar, registering what it
-  /// defines in ns.
-  TResult ParseFull(const std::string &xml) {
-    std::vector<char> buffer(xml.begin(), xml.end());
-    buffer.push_back('\0');
-    TCIMXMLParser parser(ns);
-    parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kRegister});
-    TResult result;
-    try {
-      parser.Parse(buffer.data());
-    } catch (const TORVException &) {
-      result.aborted = true;
-    }
     return result;
   }
 

@@ -6,7 +6,8 @@
 #include "populate/NamespacePopulator.h"
 #include "support/Fixtures.h"
 
-#include <limits>
+#include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace orvtest {
@@ -70,32 +71,16 @@ std::map<std::string, std::string> Model(ICIMNamespace &ns) {
   return model;
 }
 
-/// The objects that differ between the models, each with its first line
-/// that differs; at most a few.
-std::vector<std::string> Differences(std::map<std::string, std::string> before,
-                                     std::map<std::string, std::string> after) {
-  std::vector<std::string> differences;
-  for (auto &entry : before) {
-    std::string &now = after[entry.first], &was = entry.second;
-    std::size_t at = 0;
-    while (at < was.size() && at < now.size() && was[at] == now[at])
-      ++at;
-    if (at < was.size() || at < now.size())
-      differences.push_back(entry.first + ": " + was.substr(was.rfind('\n', at) + 1, 120) +
-                            " became " + now.substr(now.rfind('\n', at) + 1, 120));
-    if (differences.size() == 8)
-      break;
-  }
-  for (const auto &entry : after)
-    if (before.count(entry.first) == 0)
-      differences.push_back(entry.first + " added");
+/// The first few objects whose entries differ between the models, as each
+/// model has them.
+std::vector<std::pair<std::string, std::string>>
+Differences(const std::map<std::string, std::string> &before,
+            const std::map<std::string, std::string> &after) {
+  std::vector<std::pair<std::string, std::string>> differences;
+  std::set_symmetric_difference(before.begin(), before.end(), after.begin(), after.end(),
+                                std::back_inserter(differences));
+  differences.resize(std::min<std::size_t>(differences.size(), 4));
   return differences;
-}
-
-std::string Written(const std::function<void(std::ostream &)> &write) {
-  std::ostringstream out;
-  write(out);
-  return out.str();
 }
 
 /// The XML without the line ends and indentation between elements.
@@ -112,20 +97,6 @@ std::string Flat(const std::string &xml) {
   return flat;
 }
 
-TCIMValue Array(TCIMType type, const std::vector<TCIMValue> &elements) {
-  TCIMValue array;
-  array.Set(type, 0, elements);
-  return array;
-}
-
-/// One element form: what writes it, the XML (flat), the log lines.
-struct TForm {
-  const char *what;
-  std::function<void(std::ostream &)> write;
-  std::string xml;
-  std::vector<std::string> log = {};
-};
-
 class CIMXMLWriterTest : public TParserFixture {
 protected:
   /// Loads the files in the full grammar, writes, reads that into a fresh
@@ -138,26 +109,17 @@ protected:
     for (const std::string &file : files)
       TNamespacePopulator::Populate(loaded, file, kFullRegister, ignored);
     logger.entries.clear();
-    const std::string first =
-        Written([&](std::ostream &out) { TCIMXMLWriter::WriteDocument(out, *loaded); });
-    TNamespacePopulator::Populate(reread, scratch.Write("first.xml", first), kFullRegister,
+    std::ostringstream first, second;
+    TCIMXMLWriter::WriteDocument(first, *loaded);
+    TNamespacePopulator::Populate(reread, scratch.Write("first.xml", first.str()), kFullRegister,
                                   ignored);
     EXPECT_EQ(Log(), std::vector<std::string>{});
-    EXPECT_EQ(Differences(Model(*loaded), Model(*reread)), std::vector<std::string>{});
+    EXPECT_EQ(Differences(Model(*loaded), Model(*reread)),
+              (std::vector<std::pair<std::string, std::string>>{}));
     const TCIMOptions flavors{{"FLAVORS", TCIMValue(true)}};
     EXPECT_EQ(loaded->ToMOF(flavors), reread->ToMOF(flavors)) << "the MOF differs";
-    EXPECT_TRUE(first ==
-                Written([&](std::ostream &out) { TCIMXMLWriter::WriteDocument(out, *reread); }))
-        << "the second write differs from the first";
-  }
-
-  void Check(const std::vector<TForm> &forms) {
-    for (const TForm &form : forms) {
-      SCOPED_TRACE(form.what);
-      logger.entries.clear();
-      EXPECT_EQ(form.xml, Flat(Written(form.write)));
-      EXPECT_EQ(form.log, Log());
-    }
+    TCIMXMLWriter::WriteDocument(second, *reread);
+    EXPECT_TRUE(first.str() == second.str()) << "the second write differs from the first";
   }
 
   TTemporaryFolder scratch;
@@ -204,24 +166,15 @@ TEST_F(CIMXMLWriterTest, ObjectsWriteAsTheyRead) {
   std::string document;
   for (const std::string &object : objects)
     document += object[1] == 'Q' ? object : "<VALUE.OBJECT>" + object + "</VALUE.OBJECT>";
-  ParseFull(InDeclGroup(document));
+  Parse(InDeclGroup(document), kFull);
   ASSERT_EQ(Log(), std::vector<std::string>{});
-  Check({
-      {"qualifier declaration",
-       [&](std::ostream &out) {
-         TCIMXMLWriter::WriteQualifierDecl(out, *ns->GetQualifierDecl("Values"));
-       },
-       objects[1]},
-      {"class", [&](std::ostream &out) { TCIMXMLWriter::WriteClass(out, *ns->GetClass("A")); },
-       objects[3]},
-      {"subclass", [&](std::ostream &out) { TCIMXMLWriter::WriteClass(out, *ns->GetClass("B")); },
-       objects[4]},
-      {"instance",
-       [&](std::ostream &out) {
-         TCIMXMLWriter::WriteInstance(out, *ns->GetInstances("B", false).at(0));
-       },
-       objects[5]},
-  });
+  std::ostringstream out;
+  TCIMXMLWriter::WriteQualifierDecl(out, *ns->GetQualifierDecl("Values"));
+  TCIMXMLWriter::WriteClass(out, *ns->GetClass("A"));
+  TCIMXMLWriter::WriteClass(out, *ns->GetClass("B"));
+  TCIMXMLWriter::WriteInstance(out, *ns->GetInstances("B", false).at(0));
+  EXPECT_EQ(objects[1] + objects[3] + objects[4] + objects[5], Flat(out.str()));
+  EXPECT_EQ(Log(), std::vector<std::string>{});
   RoundTrip({scratch.Write("objects.xml", InDeclGroup(document))});
 }
 
@@ -239,7 +192,7 @@ TEST_F(CIMXMLWriterTest, DocumentsAndWhatCannotBeWritten) {
       "R", TCIMValue(TCIMType(kCIMTypeReference), 0), D::kScopeAny, D::kFlavorDefault));
   const auto base = ns->CreateClass("Base", nullptr);
   base->AddProperty("untyped", TCIMValue());
-  base->AddProperty("references", Array(kCIMTypeReference, {}));
+  base->AddProperty("references", TCIMValue(TCIMType(kCIMTypeReference).GetArrayType(), 0));
   base->AddMethod("m", TCIMType(kCIMTypeUint8).GetArrayType());
   const auto standalone = CreateStandaloneInstance("S", nullptr);
   standalone->SetPropertyValue("k", TCIMValue("v"), {{"KEY", TCIMValue(true)}});
@@ -249,8 +202,9 @@ TEST_F(CIMXMLWriterTest, DocumentsAndWhatCannotBeWritten) {
   // A name with an empty part keeps it; the layout is the writer's.
   const std::string path = "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"a\"/><NAMESPACE NAME=\"\"/>"
                            "<NAMESPACE NAME=\"b\"/></LOCALNAMESPACEPATH>";
-  const std::string written =
-      Written([&](std::ostream &out) { TCIMXMLWriter::WriteDocument(out, declaration); });
+  std::ostringstream out;
+  TCIMXMLWriter::WriteDocument(out, declaration);
+  const std::string written = out.str();
   const std::string head = R"(<?xml version="1.0" encoding="utf-8"?>
 <CIM CIMVERSION="2.0" DTDVERSION="2.4">
  <DECLARATION>
@@ -292,7 +246,6 @@ TEST_F(CIMXMLWriterTest, DocumentsAndWhatCannotBeWritten) {
 
 TEST_F(CIMXMLWriterTest, ExamplesReadBackIntoTheSameModel) {
   const std::string examples = std::string(ORV_EXAMPLES_DIR) + "/";
-  RoundTrip({examples + "schema.xml"});
   RoundTrip({examples + "schema.xml", examples + "instances.xml"});
 }
 

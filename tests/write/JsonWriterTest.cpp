@@ -16,7 +16,6 @@
 #include <cstdint>
 #include <limits>
 #include <sstream>
-#include <tuple>
 
 namespace orvtest {
 namespace {
@@ -64,9 +63,7 @@ TCIMValue FromJson(TCIMType type, const rapidjson::Value &json) {
     std::vector<TCIMValue> elements;
     for (const rapidjson::Value &element : json.GetArray())
       elements.push_back(FromJson(type.GetElementType(), element));
-    TCIMValue array;
-    array.Set(type, 0, elements);
-    return array;
+    return Array(type.GetElementType(), elements);
   }
   if (json.IsString())
     return TCIMValue(type, std::string(json.GetString(), json.GetStringLength()), nullptr);
@@ -80,34 +77,11 @@ TCIMValue FromJson(TCIMType type, const rapidjson::Value &json) {
                     : TCIMValue::MakeUnsigned(type, json.GetUint64());
 }
 
-TCIMValue Array(ECIMType type, const std::vector<TCIMValue> &elements) {
-  TCIMValue array;
-  array.Set(TCIMType(type), 0, elements);
-  return array;
-}
-
-/// The instance's JSON, after what the core logger got meanwhile.
-rapidjson::Document InstanceJson(const TCIMValue &value, std::vector<std::string> &log) {
-  TCapturingLogger logger;
-  const auto instance = CreateStandaloneInstance("C", nullptr);
-  instance->SetPropertyValue("V", value);
-  std::ostringstream out;
-  WriteJson(out, *instance);
-  log = logger.Texts();
-  return ParseJson(out.str());
-}
-
 // Each value as an instance's property: its JSON, the type beside it, and
 // (but for a path or an object) what a reader makes of the two.
 TEST(JsonWriterTest, EveryTypeOfValue) {
-  TCIMReference inner;
-  inner.SetClassName("In");
-  inner.AddKeyValue("On", TCIMValue(true));
-  TCIMReference path;
-  path.SetHost("h");
-  path.SetNamespaceName("root/x");
-  path.SetClassName("C");
-  path.AddKeyValue("Id", TCIMValue::MakeUnsigned(kCIMTypeUint64, 7));
+  const TCIMReference inner = Path("In.On=true");
+  TCIMReference path = Path("//h/root/x:C.Id=7");
   path.AddKeyValue("Ref", TCIMValue(inner));
   const auto embedded = CreateStandaloneInstance("E", nullptr);
   embedded->SetPropertyValue("P", TCIMValue::MakeSigned(kCIMTypeSint16, -2));
@@ -155,8 +129,13 @@ TEST(JsonWriterTest, EveryTypeOfValue) {
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.json);
-    std::vector<std::string> log;
-    const rapidjson::Document document = InstanceJson(c.value, log);
+    TCapturingLogger logger;
+    const auto instance = CreateStandaloneInstance("C", nullptr);
+    instance->SetPropertyValue("V", c.value);
+    std::ostringstream out;
+    WriteJson(out, *instance);
+    const std::vector<std::string> log = logger.Texts();
+    const rapidjson::Document document = ParseJson(out.str());
     EXPECT_EQ(Q(c.json), At(document, "/properties/0/value"));
     const TCIMType type = c.value.GetType();
     EXPECT_EQ("\"" + type.GetName() + (type.IsArray() ? "[]" : "") + "\"",
@@ -175,9 +154,9 @@ TEST(JsonWriterTest, EveryTypeOfValue) {
 
 // A class with all it inherits, read in the full grammar; a qualifier
 // declaration; a namespace with its classes superclass first.
-TEST(JsonWriterTest, ClassesAndDeclarations) {
-  TCapturingLogger logger;
-  const auto ns = CreateCIMNamespace("root/test");
+using JsonWriterClassTest = TParserFixture;
+
+TEST_F(JsonWriterClassTest, ClassesAndDeclarations) {
   const std::string classes = Objects(
       {"<CLASS NAME=\"A\"><QUALIFIER NAME=\"Description\" TYPE=\"string\"><VALUE>base</VALUE>"
        "</QUALIFIER><PROPERTY NAME=\"Id\" TYPE=\"string\"/></CLASS>",
@@ -187,13 +166,9 @@ TEST(JsonWriterTest, ClassesAndDeclarations) {
        "ARRAYSIZE=\"2\"><QUALIFIER NAME=\"In\" TYPE=\"boolean\"><VALUE>false</VALUE></QUALIFIER>"
        "</PARAMETER.ARRAY><PARAMETER.REFERENCE NAME=\"Target\" REFERENCECLASS=\"A\"/></METHOD>"
        "</CLASS>"});
-  for (const std::string &xml : {QualifierDeclarations(), classes}) {
-    std::vector<char> buffer(xml.c_str(), xml.c_str() + xml.size() + 1);
-    TCIMXMLParser parser(ns);
-    parser.SetReadOptions({ECIMXMLGrammar::kFull, ECIMXMLRegistration::kRegister});
-    parser.Parse(buffer.data());
-  }
-  ASSERT_EQ(std::vector<std::string>{}, logger.Texts());
+  for (const std::string &xml : {QualifierDeclarations(), classes})
+    ASSERT_FALSE(Parse(xml, kFull).aborted);
+  ASSERT_EQ(std::vector<std::string>{}, Log());
   std::ostringstream cls, declaration, all;
   WriteJson(cls, *ns->GetClass("B"));
   WriteJson(declaration, *ns->GetQualifierDecl("Key"));

@@ -89,14 +89,19 @@ private:
   std::vector<char> buffer;
 };
 
+/// A document, its events, and the entries added to the start tags of one
+/// element name.
 struct TCase {
   const char *document;
   const char *events;
+  const char *element = "";
+  TXmlParser::TAttributes added = {};
 };
 
 void ExpectEvents(const std::vector<TCase> &cases, bool throwing = true) {
   for (const TCase &row : cases) {
     TRecorder recorder(throwing);
+    recorder.additions[row.element] = row.added;
     EXPECT_EQ(row.events, recorder.Run(row.document))
         << Shown(row.document, std::strlen(row.document));
   }
@@ -267,28 +272,19 @@ TEST(XmlParserTest, DeepNesting) {
 TEST(XmlParserTest, Markers) {
   const TXmlParser::TAttributes format = {{"throwExInvalidFormat", "kORVStatusInvalidFormat"}};
   const TXmlParser::TAttributes value = {{"throwExInvalidValue", "kORVStatusInvalidProperty"}};
-  const struct {
-    const char *document, *element;
-    TXmlParser::TAttributes added;
-    const char *events;
-  } cases[] = {
+  ExpectEvents({
       // A format refusal ends the element's parent after the element.
-      {"<R><RP><C/><Q/></RP><S/></R>", "C", format, "S:R S:RP S:C E:C S:Q E:Q E:R"},
-      {"<R><C>x</C><Q/></R>", "C", format, "S:R S:C T:x E:C"},
+      {"<R><RP><C/><Q/></RP><S/></R>", "S:R S:RP S:C E:C S:Q E:Q E:R", "C", format},
+      {"<R><C>x</C><Q/></R>", "S:R S:C T:x E:C", "C", format},
       // A value refusal hides only the end of VALUE (or a start of it).
-      {"<R><VALUE>x</VALUE><Q/></R>", "VALUE", value, "S:R S:VALUE T:x S:Q E:Q E:R"},
-      {"<VAL>x</VAL>", "VAL", value, "S:VAL T:x"},
-      {"<value>x</value>", "value", value, "S:value T:x E:value"},
-      {"<VALUE/>", "VALUE", value, "S:VALUE E:VALUE"},
+      {"<R><VALUE>x</VALUE><Q/></R>", "S:R S:VALUE T:x S:Q E:Q E:R", "VALUE", value},
+      {"<VAL>x</VAL>", "S:VAL T:x", "VAL", value},
+      {"<value>x</value>", "S:value T:x E:value", "value", value},
+      {"<VALUE/>", "S:VALUE E:VALUE", "VALUE", value},
       // A marker counts only as the one entry the handler added.
-      {"<R><C/><Q/></R>", "C", {*format.begin(), {"extra", "1"}}, "S:R S:C E:C S:Q E:Q E:R"},
-      {"<VALUE>x</VALUE>", "VALUE", {*value.begin(), *format.begin()}, "S:VALUE T:x E:VALUE"},
-  };
-  for (const auto &row : cases) {
-    TRecorder recorder;
-    recorder.additions[row.element] = row.added;
-    EXPECT_EQ(row.events, recorder.Run(row.document)) << row.document;
-  }
+      {"<R><C/><Q/></R>", "S:R S:C E:C S:Q E:Q E:R", "C", {*format.begin(), {"extra", "1"}}},
+      {"<VALUE>x</VALUE>", "S:VALUE T:x E:VALUE", "VALUE", {*value.begin(), *format.begin()}},
+  });
 }
 
 TEST(XmlParserTest, StepBackAfterTheTerminatorIsUnconditional) {

@@ -1,13 +1,13 @@
 // End to end over the corpus's instance and message documents, and what else
-// of it is neither a class document nor the schema. Each is read into a
-// namespace of its own that holds beforehand the DMTF qualifier declarations
-// (unless it declares its own) and, from the DMTF schema's per-class
-// documents, the classes that it names with their superclasses. A document
-// that is not well-formed must end in an error without harm; a well-formed
-// one may log only errors; and one of a shape that the parser
-// loads (declarations, CreateClass and CreateInstance requests, GetClass,
-// GetInstance and GetQualifier responses) whose classes are all at hand must
-// load without a line, unless it is listed with its reason.
+// of it is neither a class document nor the schema (the class documents are
+// the second test's). Each is read into a namespace of its own that holds
+// beforehand the DMTF qualifier declarations (unless it declares its own) and,
+// from the DMTF schema's per-class documents, the classes that it names with
+// their superclasses. A document that is not well-formed must end in an error
+// without harm; a well-formed one may log only errors; and one of a shape that
+// the parser loads (declarations, CreateClass and CreateInstance requests,
+// GetClass, GetInstance and GetQualifier responses) whose classes are all at
+// hand must load without a line, unless it is listed with its reason.
 #include "populate/NamespacePopulator.h"
 #include "support/Fixtures.h"
 
@@ -138,6 +138,64 @@ TEST_F(CorpusInstanceDocumentsTest, EveryDocumentLoadsOrIsRefused) {
   }
   EXPECT_GT(documents, 1000u);
   std::cout << documents << " documents, " << loaded << " of a loaded shape with their classes\n";
+}
+
+// End to end over the class documents of the shared corpus: each loads
+// through the file loader with no error line, except the errors that a
+// document really contains (listed with the reason), and yields as many
+// classes as the manifest counts CLASS elements.
+// The 2.42 schema's documents declare no qualifiers: the test above loads
+// them after the qualifiers, for the classes that documents name.
+using CorpusClassDocumentsTest = TCorpusTest;
+
+TEST_F(CorpusClassDocumentsTest, SelfContainedDocumentsLoadOrShowTheirOwnErrors) {
+  // The level-3 lines and the status that ended the load.
+  const std::map<std::string, std::pair<std::vector<std::string>, EORVStatusCode>> known = {
+      // Its qualifier declarations each stand in a VALUE.OBJECT, which holds
+      // only a class or an instance. The first is refused, and each refused
+      // element's end tag then closes one more open element's state (SCOPE
+      // the value object, which ends without its object; VALUE the group;
+      // and so on), until the start state itself is closed: the next start
+      // tag finds no state, and the load ends before any class.
+      {"openpegasus/src/Clients/loadxml/x.xml",
+       {{Err("Unexpected element qualifier.declaration", 6), Err("Unexpected element scope", 7),
+         Err("CIM element syntax error", 7), Ended(kORVStatusInvalidDocument, 7),
+         Err("Unexpected element value", 7), Err("Unexpected element value.object", 12),
+         Err("Unexpected element qualifier.declaration", 13), Err("Unexpected element scope", 14)},
+        kORVStatusParserStateMissing}},
+      // It begins with comments and only then the XML declaration. A prolog
+      // is taken only from a document that begins with "<?", so the first
+      // comment is read as the root element and its "!" refused as a name.
+      {"openpegasus/src/Pegasus/Common/tests/XmlParser/x.xml",
+       {{Err("Invalid element/attribute name")}, kORVStatusInvalidDocument}}};
+  std::size_t loaded = 0;
+  // Documents whose root is CIM holding declarations, or bare, with classes.
+  for (const auto &row : manifest) {
+    const std::string &document = row[0];
+    if (row[11] == "0" || (row[9] != "CIM" && row[9].rfind("CIM/DECLARATION", 0) != 0) ||
+        document.rfind("dmtf-cim-2.42.0-xml/", 0) == 0)
+      continue;
+    SCOPED_TRACE(document);
+    TCapturingLogger logger;
+    std::size_t classes = 0;
+    const EORVStatusCode failure = StatusOf([&] {
+      classes = TNamespacePopulator::PopulateFromXMLFile(CreateCIMNamespace("root/cimv2"),
+                                                         corpus + "/" + document)
+                    .size();
+    });
+    std::vector<std::string> errors;
+    for (const auto &line : logger.entries)
+      if (line.first == 3)
+        errors.push_back(line.second);
+    const auto entry = known.find(document);
+    EXPECT_EQ(errors, entry == known.end() ? std::vector<std::string>{} : entry->second.first);
+    EXPECT_EQ(failure, entry == known.end() ? kORVStatusOK : entry->second.second);
+    EXPECT_EQ(classes, entry == known.end() ? std::stoul(row[11]) : 0u);
+    ++loaded;
+  }
+  // The two 2.49 schema documents, the two test-MOF documents and the two
+  // with known errors.
+  EXPECT_EQ(loaded, 6u);
 }
 
 } // namespace
