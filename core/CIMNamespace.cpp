@@ -78,9 +78,15 @@ bool AppendQuotedKey(std::string &key, const TCIMValue &value) {
   } else {
     return false;
   }
-  if (!IsAscii(*text))
+  if (IsAscii(*text)) {
+    AppendCounted(key, 'S', *text);
+  } else if (text == &spare && value.GetType() == kCIMTypeString) {
+    // An embedded object's MOF, quoted as the value's literal quotes it,
+    // without writing the object a second time.
+    AppendCounted(key, 'M', TCIMValue(spare).ToMOF());
+  } else {
     return false;
-  AppendCounted(key, 'S', *text);
+  }
   return true;
 }
 

@@ -60,6 +60,17 @@ TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
   Property(*link, "K", TCIMValue(), true); // untyped: takes any value
   link->Commit();
   auto datetime = TCIMValue(TCIMDateTime::Parse("20240101000000.000000+000", 25));
+  // A string carrying an instance reads in MOF as the instance's MOF.
+  const auto embedding = [&](const std::string &text) {
+    auto inner = link->CreateInstance();
+    inner->SetPropertyValue("K", TCIMValue(text));
+    TCIMValue value(text);
+    value.SetEmbeddedObject(inner);
+    return value;
+  };
+  const auto mofOf = [](const TCIMValue &value) {
+    return TCIMValue(value.GetEmbeddedInstance()->ToMOF());
+  };
   const struct {
     TCIMValue first, second;
     bool duplicate;
@@ -77,6 +88,9 @@ TEST_F(NestingModelTest, RegistryKeysCompareAsTheirMofReads) {
       {TCIMValue("a\"b\\"), TCIMValue("a\"b\\"), true},
       {TCIMValue("caf\xC3\xA9"), TCIMValue("caf\xC3\xA9"), true},
       {TCIMValue("caf\xC3\xA9"), TCIMValue("cafe"), false},
+      {embedding("x"), mofOf(embedding("x")), true},
+      {embedding("caf\xC3\xA9"), mofOf(embedding("caf\xC3\xA9")), true},
+      {embedding("x"), embedding("y"), false},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.first.GetType().GetName() + " " + c.second.GetType().GetName());
