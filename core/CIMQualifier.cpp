@@ -192,10 +192,6 @@ boost::shared_ptr<ICIMQualifier> TCIMQualifierList::Scan(const TList &list,
 
 void TCIMQualifierList::Append(TList &list, TNamePositions &positions,
                                boost::shared_ptr<ICIMQualifier> qualifier) {
-  // Most elements carry a few qualifiers: room for them at once spares the
-  // list its growths from one.
-  if (list.capacity() == 0)
-    list.reserve(kFirstQualifiers);
   list.push_back(std::move(qualifier));
   positions.Appended(list.size(), TQualifierNames{list});
 }

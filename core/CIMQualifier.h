@@ -134,7 +134,6 @@ private:
   static void Append(TList &list, TNamePositions &positions,
                      boost::shared_ptr<ICIMQualifier> qualifier);
 
-  static constexpr std::size_t kFirstQualifiers = 4;
   TList own;
   TList propagated;
   TNamePositions ownPositions;
