@@ -34,15 +34,18 @@ void LogParseError(const std::string &text) {
 }
 
 /// Attribute names arrive folded, so a plain byte comparison is enough.
-bool NameIs(const TXmlParser::TAttributes::iterator &attribute, const char *name) {
-  const std::string &actual = attribute->first;
-  const std::size_t length = std::strlen(name);
-  return actual.size() == length && std::memcmp(actual.data(), name, length) == 0;
+bool NameIs(TXmlAttributeList::TIterator attribute, std::string_view name) {
+  return attribute->name == name;
 }
 
-void StoreText(const TXmlParser::TAttributes::iterator &attribute, std::string *out) {
-  if (out != nullptr && out != &attribute->second)
-    *out = attribute->second;
+void StoreText(TXmlAttributeList::TIterator attribute, std::string *out) {
+  if (out != nullptr)
+    out->assign(attribute->value.data(), attribute->value.size());
+}
+
+/// One map entry as a list entry: views of the map's own strings.
+TXmlAttribute EntryOf(const TXmlParser::TAttributes::iterator &attribute) {
+  return TXmlAttribute{attribute->first, attribute->second};
 }
 
 /// The whitespace that a stream skips before a field, in the classic locale.
@@ -165,17 +168,41 @@ const std::string &TCIMXMLParser::FoldElementName(const char *name) {
 }
 
 void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
+  mapAttributes.clear();
+  for (const auto &attribute : attributes)
+    mapAttributes.push_back(TXmlAttribute{attribute.first, attribute.second});
+  const EStartVerdict verdict =
+      StartElementCore(name, TXmlAttributeList(mapAttributes.data(), mapAttributes.size()));
+  // The tokenizer learns of the two rejections that change how it reads on
+  // through these entries. insert() keeps an entry the element already had.
+  if (verdict == EStartVerdict::kFormatRejected)
+    attributes.insert(TAttributes::value_type(kMarkerInvalidFormat, "kORVStatusInvalidFormat"));
+  else if (verdict == EStartVerdict::kValueRejected)
+    attributes.insert(TAttributes::value_type(kMarkerInvalidValue, "kORVStatusInvalidProperty"));
+}
+
+bool TCIMXMLParser::ReadsAttributeLists() const {
+  return typeid(*this) == typeid(TCIMXMLParser);
+}
+
+TXmlParser::EStartVerdict TCIMXMLParser::StartElementList(const char *name,
+                                                          const TXmlAttributeList &attributes) {
+  return StartElementCore(name, attributes);
+}
+
+TXmlParser::EStartVerdict TCIMXMLParser::StartElementCore(const char *name,
+                                                          const TXmlAttributeList &attributes) {
   const std::string &folded = FoldElementName(name);
   // A rejected element's end tag pops its parent, so a broken document can
   // empty the stack; a start tag then has no state to go to.
   if (stateStack.empty() || !stateStack.back())
     throw TORVException();
-  if (readOptions.grammar == ECIMXMLGrammar::kFull)
-    DecodeAttributes(attributes);
+  const TXmlAttributeList &read =
+      readOptions.grammar == ECIMXMLGrammar::kFull ? DecodeAttributes(attributes) : attributes;
   TParseState &top = *stateStack.back();
   const std::size_t depth = stateStack.size();
   try {
-    top.ChildElement(*this, folded, attributes);
+    top.ChildElement(*this, folded, read);
   } catch (TORVException &ex) {
     if (readOptions.grammar == ECIMXMLGrammar::kFull) {
       // The full grammar drops a rejected element with all it holds, so
@@ -186,22 +213,19 @@ void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
                       std::string(name != nullptr ? name : "") + " dropped: " + ex.what());
       stateStack.resize(std::min(stateStack.size(), depth));
       stateStack.push_back(boost::make_shared<TStateDropped>());
-      return;
+      return EStartVerdict::kAccepted;
     }
-    // The message is already logged where the exception was raised; the
-    // tokenizer learns of the two rejections that change how it reads on
-    // through these entries. insert() keeps an entry the element already had.
+    // The message is already logged where the exception was raised.
     switch (ex.GetStatusCode()) {
     case kORVStatusInvalidFormat:
-      attributes.insert(TAttributes::value_type(kMarkerInvalidFormat, "kORVStatusInvalidFormat"));
-      break;
+      return EStartVerdict::kFormatRejected;
     case kORVStatusInvalidProperty:
-      attributes.insert(TAttributes::value_type(kMarkerInvalidValue, "kORVStatusInvalidProperty"));
-      break;
+      return EStartVerdict::kValueRejected;
     default:
       break;
     }
   }
+  return EStartVerdict::kAccepted;
 }
 
 void TCIMXMLParser::EndElement(const char *name) {
@@ -257,17 +281,29 @@ void TCIMXMLParser::AppendXmlText(std::string &to, const char *data, std::size_t
 // meaning is left to read. As XML 1.0 normalizes attribute values, a line
 // end, line feed or tab written as itself is a space; written as a
 // character reference it stays.
-void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
+TXmlAttributeList TCIMXMLParser::DecodeAttributes(const TXmlAttributeList &attributes) {
   static const std::pair<const char *, char> kNamed[] = {
       {"lt;", '<'}, {"gt;", '>'}, {"amp;", '&'}, {"apos;", '\''}, {"quot;", '"'}};
-  for (auto &attribute : attributes) {
-    const std::string &raw = attribute.second;
-    bool clean = true;
-    for (char c : raw)
-      clean = clean && c != '&' && static_cast<unsigned char>(c) >= 0x20;
-    if (clean)
+  const auto isClean = [](const TXmlAttribute &attribute) {
+    for (char c : attribute.value)
+      if (c == '&' || static_cast<unsigned char>(c) < 0x20)
+        return false;
+    return true;
+  };
+  // Most tags have nothing to decode: their list is read as it is.
+  if (std::all_of(attributes.begin(), attributes.end(), isClean))
+    return attributes;
+  decodedAttributes.assign(attributes.begin(), attributes.end());
+  // Sized once, so that no string moves while the list points into it.
+  if (decodedValues.size() < attributes.Size())
+    decodedValues.resize(attributes.Size());
+  for (std::size_t index = 0; index < decodedAttributes.size(); ++index) {
+    TXmlAttribute &attribute = decodedAttributes[index];
+    if (isClean(attribute))
       continue;
-    std::string value;
+    const std::string_view raw = attribute.value;
+    std::string &value = decodedValues[index];
+    value.clear();
     std::string literal;
     for (std::size_t at = 0; at < raw.size();) {
       const std::size_t amp = raw.find('&', at);
@@ -287,7 +323,7 @@ void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
         value.append(raw, amp, std::string::npos);
         break;
       }
-      std::string reference = raw.substr(amp + 1, semicolon - amp);
+      std::string reference(raw.substr(amp + 1, semicolon - amp));
       for (char &c : reference)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
       at = semicolon + 1;
@@ -308,8 +344,9 @@ void TCIMXMLParser::DecodeAttributes(TAttributes &attributes) {
         if (reference == named.first)
           value += named.second;
     }
-    attribute.second.swap(value);
+    attribute.value = value;
   }
+  return TXmlAttributeList(decodedAttributes.data(), decodedAttributes.size());
 }
 
 void TCIMXMLParser::notationDecl(const char *, const char *, const char *) {}
@@ -346,44 +383,44 @@ boost::shared_ptr<ICIMNamespace> TCIMXMLParser::LockNamespace() const {
 // ---------------------------------------------------------------------------
 // Attribute handlers and converters
 
-bool TCIMXMLParser::HandleCIMName(TAttributes::iterator &attribute, std::string *name) {
+bool TCIMXMLParser::HandleCIMName(TAttributeEntry attribute, std::string *name) {
   if (!NameIs(attribute, "name"))
     return false;
   StoreText(attribute, name);
   return true;
 }
 
-bool TCIMXMLParser::HandleCIMType(TAttributes::iterator &attribute, TCIMType *type) {
+bool TCIMXMLParser::HandleCIMType(TAttributeEntry attribute, TCIMType *type) {
   if (!NameIs(attribute, "type"))
     return false;
-  const TCIMType parsed(attribute->second);
+  const TCIMType parsed{std::string(attribute->value)};
   if (type != nullptr)
     *type = parsed;
   return true;
 }
 
-bool TCIMXMLParser::HandleClassName(TAttributes::iterator &attribute, std::string *className) {
+bool TCIMXMLParser::HandleClassName(TAttributeEntry attribute, std::string *className) {
   if (!NameIs(attribute, "classname"))
     return false;
   StoreText(attribute, className);
   return true;
 }
 
-bool TCIMXMLParser::HandleClassOrigin(TAttributes::iterator &attribute, std::string *classOrigin) {
+bool TCIMXMLParser::HandleClassOrigin(TAttributeEntry attribute, std::string *classOrigin) {
   if (!NameIs(attribute, "classorigin"))
     return false;
   StoreText(attribute, classOrigin);
   return true;
 }
 
-bool TCIMXMLParser::HandlePropagated(TAttributes::iterator &attribute, bool &propagated) {
+bool TCIMXMLParser::HandlePropagated(TAttributeEntry attribute, bool &propagated) {
   if (!NameIs(attribute, "propagated"))
     return false;
-  propagated = ConvertBool(attribute->second);
+  propagated = ConvertBool(attribute->value);
   return true;
 }
 
-bool TCIMXMLParser::HandleQualifierFlavor(TAttributes::iterator &attribute,
+bool TCIMXMLParser::HandleQualifierFlavor(TAttributeEntry attribute,
                                           ICIMQualifierDecl::EFlavor *flavor) {
   std::uint32_t bit;
   if (NameIs(attribute, "overridable"))
@@ -395,38 +432,81 @@ bool TCIMXMLParser::HandleQualifierFlavor(TAttributes::iterator &attribute,
   else
     return false;
   if (flavor != nullptr) {
-    const std::uint32_t bits = ConvertBool(attribute->second) ? (*flavor | bit) : (*flavor & ~bit);
+    const std::uint32_t bits = ConvertBool(attribute->value) ? (*flavor | bit) : (*flavor & ~bit);
     *flavor = static_cast<ICIMQualifierDecl::EFlavor>(bits);
   }
   return true;
 }
 
-bool TCIMXMLParser::HandleReferenceClass(TAttributes::iterator &attribute,
-                                         std::string *referenceClass) {
+bool TCIMXMLParser::HandleReferenceClass(TAttributeEntry attribute, std::string *referenceClass) {
   if (!NameIs(attribute, "referenceclass"))
     return false;
   StoreText(attribute, referenceClass);
   return true;
 }
 
-bool TCIMXMLParser::HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass) {
+bool TCIMXMLParser::HandleSuperClass(TAttributeEntry attribute, std::string *superClass) {
   if (!NameIs(attribute, "superclass"))
     return false;
   StoreText(attribute, superClass);
   return true;
 }
 
-bool TCIMXMLParser::HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize) {
+bool TCIMXMLParser::HandleArraySize(TAttributeEntry attribute, unsigned &arraySize) {
   if (!NameIs(attribute, "arraysize"))
     return false;
-  arraySize = ConvertUnsignedInt(attribute->second);
+  arraySize = ConvertUnsignedInt(attribute->value);
   return true;
+}
+
+// The map entry's handlers read the entry through the list's.
+bool TCIMXMLParser::HandleCIMName(TAttributes::iterator &attribute, std::string *name) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleCIMName(&entry, name);
+}
+bool TCIMXMLParser::HandleCIMType(TAttributes::iterator &attribute, TCIMType *type) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleCIMType(&entry, type);
+}
+bool TCIMXMLParser::HandleClassName(TAttributes::iterator &attribute, std::string *className) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleClassName(&entry, className);
+}
+bool TCIMXMLParser::HandleClassOrigin(TAttributes::iterator &attribute, std::string *classOrigin) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleClassOrigin(&entry, classOrigin);
+}
+bool TCIMXMLParser::HandlePropagated(TAttributes::iterator &attribute, bool &propagated) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandlePropagated(&entry, propagated);
+}
+bool TCIMXMLParser::HandleQualifierFlavor(TAttributes::iterator &attribute,
+                                          ICIMQualifierDecl::EFlavor *flavor) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleQualifierFlavor(&entry, flavor);
+}
+bool TCIMXMLParser::HandleReferenceClass(TAttributes::iterator &attribute,
+                                         std::string *referenceClass) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleReferenceClass(&entry, referenceClass);
+}
+bool TCIMXMLParser::HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleSuperClass(&entry, superClass);
+}
+bool TCIMXMLParser::HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize) {
+  const TXmlAttribute entry = EntryOf(attribute);
+  return HandleArraySize(&entry, arraySize);
 }
 
 // Reads as a stream in alphabetic bool mode would (the words of the classic
 // locale), without building a stream for every attribute: whitespace, then
 // "true" decides; whatever follows the word is not looked at.
 bool TCIMXMLParser::ConvertBool(std::string &text) {
+  return ConvertBool(std::string_view(text));
+}
+
+bool TCIMXMLParser::ConvertBool(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size() && IsStreamSpace(text[at]))
     ++at;
@@ -438,6 +518,10 @@ bool TCIMXMLParser::ConvertBool(std::string &text) {
 // number too large for 32 bits gives the largest value, both as streams do;
 // no digit at all gives 0.
 unsigned TCIMXMLParser::ConvertUnsignedInt(std::string &text) {
+  return ConvertUnsignedInt(std::string_view(text));
+}
+
+unsigned TCIMXMLParser::ConvertUnsignedInt(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size() && IsStreamSpace(text[at]))
     ++at;
@@ -505,19 +589,19 @@ TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
 
 TCIMXMLParser::TParseState::~TParseState() = default;
 
-void TCIMXMLParser::TParseState::ChildElement(TCIMXMLParser &, const std::string &, TAttributes &) {
-}
+void TCIMXMLParser::TParseState::ChildElement(TCIMXMLParser &, const std::string &,
+                                              const TAttributeList &) {}
 
 void TCIMXMLParser::TParseState::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   Pop(parser);
 }
 
-void TCIMXMLParser::TParseState::ElementStart(TCIMXMLParser &, TAttributes &) {}
+void TCIMXMLParser::TParseState::ElementStart(TCIMXMLParser &, const TAttributeList &) {}
 
 void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::string &name,
-                                             TAttributes &attributes, const TChildRow *rows,
-                                             std::size_t rowCount, std::int32_t lastPhase,
-                                             EMiss miss) {
+                                             const TAttributeList &attributes,
+                                             const TChildRow *rows, std::size_t rowCount,
+                                             std::int32_t lastPhase, EMiss miss) {
   if (phase < 0 || phase > lastPhase)
     parser.FatalError("Parser state corrupt");
   const TChildRow *found = nullptr;
@@ -548,7 +632,7 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
 }
 
 void TCIMXMLParser::TParseState::UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
-                                                 TAttributes &) {
+                                                 const TAttributeList &) {
   parser.FatalError(("Unexpected element " + name).c_str());
 }
 
@@ -563,7 +647,7 @@ void TCIMXMLParser::TParseState::Log(const std::string &text) {
 }
 
 void TCIMXMLParser::TParseState::Push(TCIMXMLParser &parser, const TParseStatePtr &state,
-                                      TAttributes &attributes) {
+                                      const TAttributeList &attributes) {
   assert(state && "a pushed state must exist");
   if (!state)
     return;

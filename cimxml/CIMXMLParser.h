@@ -154,6 +154,14 @@ public:
   /// Logs "CIM-XML Parser line N:" + message at level 3 and throws status 9.
   [[noreturn]] void FatalError(const char *message) override;
 
+protected:
+  /// True for this class itself. A subclass may override GetAttributeNValue
+  /// or StartElement, so its start tags take the map path.
+  bool ReadsAttributeLists() const override;
+  /// What StartElement does, on the tokenizer's list.
+  EStartVerdict StartElementList(const char *name, const TXmlAttributeList &attributes) override;
+
+public:
   /// Chooses the grammar, and where the full grammar puts what it reads,
   /// for the parses that follow. The default is the classic grammar.
   void SetReadOptions(const TCIMXMLReadOptions &options);
@@ -184,12 +192,25 @@ public:
   bool HandleReferenceClass(TAttributes::iterator &attribute, std::string *referenceClass);
   bool HandleSuperClass(TAttributes::iterator &attribute, std::string *superClass);
   bool HandleArraySize(TAttributes::iterator &attribute, unsigned &arraySize);
+  // The same, on one entry of an attribute list: what the states use.
+  using TAttributeEntry = TXmlAttributeList::TIterator;
+  bool HandleCIMName(TAttributeEntry attribute, std::string *name);
+  bool HandleCIMType(TAttributeEntry attribute, TCIMType *type);
+  bool HandleClassName(TAttributeEntry attribute, std::string *className);
+  bool HandleClassOrigin(TAttributeEntry attribute, std::string *classOrigin);
+  bool HandlePropagated(TAttributeEntry attribute, bool &propagated);
+  bool HandleQualifierFlavor(TAttributeEntry attribute, ICIMQualifierDecl::EFlavor *flavor);
+  bool HandleReferenceClass(TAttributeEntry attribute, std::string *referenceClass);
+  bool HandleSuperClass(TAttributeEntry attribute, std::string *superClass);
+  bool HandleArraySize(TAttributeEntry attribute, unsigned &arraySize);
 
   /// "true" and "false" exactly, after leading whitespace; anything else is
   /// false.
   static bool ConvertBool(std::string &text);
+  static bool ConvertBool(std::string_view text);
   /// The leading decimal digits after optional whitespace; 0 when none.
   unsigned ConvertUnsignedInt(std::string &text);
+  static unsigned ConvertUnsignedInt(std::string_view text);
   /// Text as a value of the type, read by the object model. An invalid
   /// datetime becomes 1970-01-01 00:00:00 with a logged line; any other
   /// rejected text becomes the null value.
@@ -247,9 +268,16 @@ private:
   bool foldAscii = false;
   char foldTable[256] = {};
 
-  /// The full grammar's reading of attribute values: references decoded,
-  /// characters that XML 1.0 does not allow logged and dropped.
-  void DecodeAttributes(TAttributes &attributes);
+  /// The list as the full grammar reads it: references decoded, characters
+  /// that XML 1.0 does not allow logged and dropped. The values that change
+  /// are kept in decodedValues until the next start tag.
+  TXmlAttributeList DecodeAttributes(const TXmlAttributeList &attributes);
+  std::vector<TXmlAttribute> decodedAttributes;
+  std::vector<std::string> decodedValues;
+  /// A map's entries as a list, for the map path.
+  std::vector<TXmlAttribute> mapAttributes;
+  /// Folds the name and hands the start tag to the top state.
+  EStartVerdict StartElementCore(const char *name, const TXmlAttributeList &attributes);
   /// Appends text, dropping (and logging) what XML 1.0 does not allow.
   void AppendXmlText(std::string &to, const char *data, std::size_t length);
 
@@ -265,7 +293,8 @@ private:
 /// The base of every parse state. A state lives from its push to its pop.
 class ORVCIMXML_API TCIMXMLParser::TParseState {
 public:
-  using TAttributes = TXmlParser::TAttributes;
+  /// A start tag's attributes, in name order.
+  using TAttributeList = TXmlAttributeList;
 
   TParseState() : phase(0) {}
   TParseState(const TParseState &) = delete;
@@ -275,12 +304,12 @@ public:
   /// A child's start tag arrived while this state is on top. The default
   /// does nothing (the child is neither entered nor reported).
   virtual void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                            TAttributes &attributes);
+                            const TAttributeList &attributes);
   /// This state's end tag. The default pops the top state.
   virtual void ElementEnd(TCIMXMLParser &parser, const std::string &name);
   /// This state's own start tag, right after the push. The default does
   /// nothing.
-  virtual void ElementStart(TCIMXMLParser &parser, TAttributes &attributes);
+  virtual void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes);
 
   /// How far through its content model the state has come.
   std::int32_t phase;
@@ -397,11 +426,11 @@ protected:
   /// accepts in the current phase goes to UnexpectedChild; otherwise the
   /// row's phase is applied, its state built and pushed, and ElementStart of
   /// the state then on top is called with the child's attributes.
-  void AcceptChild(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
+  void AcceptChild(TCIMXMLParser &parser, const std::string &name, const TAttributeList &attributes,
                    const TChildRow *rows, std::size_t rowCount, std::int32_t lastPhase,
                    EMiss miss = EMiss::kKeepPhase);
   template <std::size_t N>
-  void AcceptChild(TCIMXMLParser &parser, const std::string &name, TAttributes &attributes,
+  void AcceptChild(TCIMXMLParser &parser, const std::string &name, const TAttributeList &attributes,
                    const TChildRow (&rows)[N], std::int32_t lastPhase,
                    EMiss miss = EMiss::kKeepPhase) {
     AcceptChild(parser, name, attributes, rows, N, lastPhase, miss);
@@ -410,7 +439,7 @@ protected:
   /// + name. A state that gives such children to another state overrides
   /// it.
   virtual void UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
-                               TAttributes &attributes);
+                               const TAttributeList &attributes);
 
   /// An element that ends in another phase than its last (before its
   /// object child, say) is "CIM element syntax error".
@@ -419,7 +448,8 @@ protected:
   static void Log(const std::string &text);
 
   /// Pushes a state and hands it its own start tag's attributes.
-  static void Push(TCIMXMLParser &parser, const TParseStatePtr &state, TAttributes &attributes);
+  static void Push(TCIMXMLParser &parser, const TParseStatePtr &state,
+                   const TAttributeList &attributes);
   /// Removes the top state (what the default ElementEnd does).
   static void Pop(TCIMXMLParser &parser);
 

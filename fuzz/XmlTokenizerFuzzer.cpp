@@ -2,10 +2,14 @@
 // from an exactly sized copy ending in its NUL (so that AddressSanitizer sees
 // any read past it): once by a handler that throws from FatalError, as the
 // CIM-XML parser does, once by one that returns, which drives the tokenizer
-// on along its error paths, and once so with XML 1.0's numeric references. Either way the parse
-// must end, and the buffer must come back as it was, but for attribute names folded to lower case.
+// on along its error paths, and once so with XML 1.0's numeric references
+// and attribute lists. Either way the parse must end, a list must be in
+// order, and the buffer must come back as it was, but for attribute names
+// folded to lower case.
 #include "core_api/ORVStatusCode.h"
 #include "xml/XmlParser.h"
+
+#include "xml/XmlBytes.h"
 
 #include <cctype>
 #include <cstddef>
@@ -16,12 +20,30 @@
 
 namespace {
 
+using NVRNORV20::TXmlAttributeList;
 using NVRNORV20::TXmlParser;
 
 class TFuzzHandler : public TXmlParser {
 public:
-  TFuzzHandler(bool throwOnErrorIn, bool xmlCharacters) : throwOnError(throwOnErrorIn) {
+  TFuzzHandler(bool throwOnErrorIn, bool xmlCharacters)
+      : throwOnError(throwOnErrorIn), lists(xmlCharacters) {
     SetXmlCharacters(xmlCharacters);
+  }
+
+  bool ReadsAttributeLists() const override { return lists; }
+  EStartVerdict StartElementList(const char *name, const TXmlAttributeList &attributes) override {
+    for (auto at = attributes.begin(); at != attributes.end(); ++at)
+      if (at != attributes.begin() && !NVRNORV20::BytesBefore(at[-1].name, at->name))
+        std::abort(); // out of order, or a name twice
+    // Tags of an odd number of attributes take the map path from here.
+    if (attributes.Size() % 2 != 0)
+      return TXmlParser::StartElementList(name, attributes);
+    sink += std::strlen(name) + attributes.Size();
+    if (attributes.Find("format") != attributes.end())
+      return EStartVerdict::kFormatRejected;
+    if (attributes.Find("value") != attributes.end())
+      return EStartVerdict::kValueRejected;
+    return EStartVerdict::kAccepted;
   }
 
   void StartElement(const char *name, TAttributes &attributes) override {
@@ -54,6 +76,7 @@ public:
 
 private:
   bool throwOnError;
+  bool lists;
 };
 
 void ParseOnce(const std::uint8_t *data, std::size_t size, bool throwOnError, bool xmlCharacters) {

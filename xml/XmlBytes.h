@@ -102,6 +102,20 @@ inline bool SameBytes(const char *a, const char *b, std::size_t length) {
   return left == right;
 }
 
+inline bool SameText(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && SameBytes(a.data(), b.data(), a.size());
+}
+
+/// Byte-wise order, shorter first on a tie, without a library call: the
+/// names compared are a few bytes long.
+inline bool BytesBefore(std::string_view a, std::string_view b) {
+  const std::size_t common = a.size() < b.size() ? a.size() : b.size();
+  for (std::size_t i = 0; i < common; ++i)
+    if (a[i] != b[i])
+      return static_cast<unsigned char>(a[i]) < static_cast<unsigned char>(b[i]);
+  return a.size() < b.size();
+}
+
 } // namespace NVRNORV20
 
 #endif

@@ -10,15 +10,6 @@ namespace NVRNORV20 {
 
 namespace {
 
-/// The map's own order: plain byte-wise comparison, shorter first on a tie.
-int CompareNames(const char *left, std::size_t leftLength, const char *right,
-                 std::size_t rightLength) {
-  const int order = std::memcmp(left, right, std::min(leftLength, rightLength));
-  if (order != 0)
-    return order;
-  return leftLength < rightLength ? -1 : (leftLength > rightLength ? 1 : 0);
-}
-
 /// A value longer than this is not worth keeping a map's storage for.
 constexpr std::size_t kLongestKeptValue = 256;
 
@@ -49,21 +40,39 @@ void TXmlNameFolder::FoldWithFacet(char *name, char *nameEnd) {
 // ---------------------------------------------------------------------------
 // Attribute maps.
 
-bool TXmlAttributeMaps::Add(const char *name, std::size_t nameLength, const char *value,
-                            std::size_t valueLength) {
+bool TXmlAttributeMaps::Add(std::string_view name, std::string_view value) {
   if (pending.size() < kScannedAttributes) {
-    for (const TPendingAttribute &earlier : pending)
-      if (earlier.nameLength == nameLength && SameBytes(earlier.name, name, nameLength))
+    for (const TXmlAttribute &earlier : pending)
+      if (SameText(earlier.name, name))
         return false;
   } else {
     if (seenNames.empty())
-      for (const TPendingAttribute &earlier : pending)
-        seenNames.emplace(earlier.name, earlier.nameLength);
-    if (!seenNames.emplace(name, nameLength).second)
+      for (const TXmlAttribute &earlier : pending)
+        seenNames.emplace(earlier.name);
+    if (!seenNames.emplace(name).second)
       return false;
   }
-  pending.push_back({name, nameLength, value, valueLength});
+  pending.push_back({name, value});
   return true;
+}
+
+void TXmlAttributeMaps::Sort() {
+  const std::size_t count = pending.size();
+  const auto before = [](const TXmlAttribute &left, const TXmlAttribute &right) {
+    return BytesBefore(left.name, right.name); // the map's own order
+  };
+  if (count > kScannedAttributes) {
+    std::sort(pending.begin(), pending.end(), before); // names are distinct
+    return;
+  }
+  // Insertion sort: a tag has a handful of attributes, often in order.
+  for (std::size_t i = 1; i < count; ++i) {
+    const TXmlAttribute moving = pending[i];
+    std::size_t j = i;
+    for (; j > 0 && !before(pending[j - 1], moving); --j)
+      pending[j] = pending[j - 1];
+    pending[j] = moving;
+  }
 }
 
 TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
@@ -72,24 +81,10 @@ TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
   if (count == 0)
     return TAttributes();
   keepBuiltMap = true;
-  for (const TPendingAttribute &attribute : pending)
-    if (attribute.valueLength > kLongestKeptValue)
+  for (const TXmlAttribute &attribute : pending)
+    if (attribute.value.size() > kLongestKeptValue)
       keepBuiltMap = false;
-  const auto before = [](const TPendingAttribute &left, const TPendingAttribute &right) {
-    return CompareNames(left.name, left.nameLength, right.name, right.nameLength) < 0;
-  };
-  if (count > kScannedAttributes) {
-    std::sort(pending.begin(), pending.end(), before); // names are distinct
-  } else {
-    // Insertion sort: a tag has a handful of attributes, often in order.
-    for (std::size_t i = 1; i < count; ++i) {
-      const TPendingAttribute moving = pending[i];
-      std::size_t j = i;
-      for (; j > 0 && !before(pending[j - 1], moving); --j)
-        pending[j] = pending[j - 1];
-      pending[j] = moving;
-    }
-  }
+  Sort();
 
   // One pass per kept map compares its names and overwrites its values: a
   // map that turns out to differ has lost nothing it needs.
@@ -98,14 +93,12 @@ TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
     if (kept.size() != count)
       continue;
     auto entry = kept.begin();
-    for (const TPendingAttribute &attribute : pending) {
-      const std::string &keptName = entry->first;
-      if (keptName.size() != attribute.nameLength ||
-          !SameBytes(keptName.data(), attribute.name, attribute.nameLength))
+    for (const TXmlAttribute &attribute : pending) {
+      if (!SameText(entry->first, attribute.name))
         break;
       std::string &keptValue = entry->second;
       keptValue.clear();
-      keptValue.append(attribute.value, attribute.valueLength);
+      keptValue.append(attribute.value.data(), attribute.value.size());
       ++entry;
     }
     if (entry != kept.end())
@@ -115,10 +108,10 @@ TXmlAttributeMaps::TAttributes TXmlAttributeMaps::Build() {
   }
 
   TAttributes attributes;
-  for (const TPendingAttribute &attribute : pending)
+  for (const TXmlAttribute &attribute : pending)
     attributes.emplace_hint(attributes.end(), std::piecewise_construct,
-                            std::forward_as_tuple(attribute.name, attribute.nameLength),
-                            std::forward_as_tuple(attribute.value, attribute.valueLength));
+                            std::forward_as_tuple(attribute.name),
+                            std::forward_as_tuple(attribute.value));
   return attributes;
 }
 

@@ -43,11 +43,11 @@ private:
   bool asciiFolding = false;
 };
 
-/// Attribute maps are built from a tag's attributes gathered first, sorted
-/// by name. The maps of recent tags are kept, and a tag whose names are
-/// those of a kept map takes that map and overwrites its values: CIM-XML
-/// repeats a few sets of attribute names, so most maps cost no allocation
-/// and no tree work.
+/// A tag's attributes are gathered first, then sorted by name, and handed
+/// over as a list of spans or built into a map. The maps of recent tags are
+/// kept, and a tag whose names are those of a kept map takes that map and
+/// overwrites its values: CIM-XML repeats a few sets of attribute names, so
+/// most maps cost no allocation and no tree work.
 class TXmlAttributeMaps {
 public:
   using TAttributes = TXmlParser::TAttributes;
@@ -57,10 +57,15 @@ public:
     pending.clear();
     seenNames.clear();
   }
-  /// Gathers one attribute (pointers into the buffer, which must stay as
-  /// they are until Build). False, and nothing gathered, when the tag
-  /// already has an attribute of that name.
-  bool Add(const char *name, std::size_t nameLength, const char *value, std::size_t valueLength);
+  /// Gathers one attribute (spans into the buffer, which must stay as they
+  /// are until the tag is handed over). False, and nothing gathered, when
+  /// the tag already has an attribute of that name.
+  bool Add(std::string_view name, std::string_view value);
+  /// The attributes gathered, sorted by name.
+  TXmlAttributeList List() {
+    Sort();
+    return TXmlAttributeList(pending.data(), pending.size());
+  }
   /// The map of the attributes gathered, taken from a kept map where one
   /// has the same names.
   TAttributes Build();
@@ -68,18 +73,14 @@ public:
   void Keep(TAttributes &attributes) noexcept;
 
 private:
-  struct TPendingAttribute {
-    const char *name;
-    std::size_t nameLength;
-    const char *value;
-    std::size_t valueLength;
-  };
+  void Sort();
+
   static constexpr std::size_t kKeptMaps = 8;
   /// Up to this many attributes, a tag is checked for repeated names and
   /// sorted by plain scans; beyond it a set and a sort keep a tag of
   /// 100,000 attributes linear.
   static constexpr std::size_t kScannedAttributes = 16;
-  std::vector<TPendingAttribute> pending;
+  std::vector<TXmlAttribute> pending;
   /// The names gathered, once a tag has more than kScannedAttributes.
   std::unordered_set<std::string_view> seenNames;
   TAttributes keptMaps[kKeptMaps];
@@ -129,6 +130,9 @@ struct TXmlParser::TCaches {
   TXmlFailedSearch failedSearches[kTerminatorCount];
   /// Numeric references as XML 1.0 reads them (see SetXmlCharacters).
   bool xmlCharacters = false;
+  /// The handler reads attribute lists (see ReadsAttributeLists), as asked
+  /// when the document started.
+  bool attributeLists = false;
 };
 
 } // namespace NVRNORV20

@@ -29,6 +29,15 @@ bool IsNumericReference(std::string_view reference) {
   return true;
 }
 
+/// Hands a tag's map back to the kept maps however the tag ends.
+struct TMapKeeper {
+  TXmlAttributeMaps &maps;
+  TXmlParser::TAttributes &attributes;
+  TMapKeeper(const TMapKeeper &) = delete;
+  TMapKeeper &operator=(const TMapKeeper &) = delete;
+  ~TMapKeeper() { maps.Keep(attributes); }
+};
+
 // Byte classes, one table lookup per byte in the scanning loops.
 enum : unsigned char {
   kBlank = 1,          // space, tab, CR, LF: the only whitespace we know
@@ -293,6 +302,7 @@ void TXmlParser::Parse(char *buffer) {
   for (auto &search : caches->failedSearches)
     search.Clear();
   caches->names.TakeGlobalLocale();
+  caches->attributeLists = ReadsAttributeLists();
 
   ParseBOM();
   ParseProlog();
@@ -441,13 +451,12 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   if (!ConsumeName())
     return EStartTag::kFailed;
   const std::size_t nameLength = static_cast<std::size_t>(cursor - name);
-  TAttributes attributes = GetAttributeNValue();
+  // A handler that reads lists gets spans into the buffer; only the map
+  // path reads through the overridable GetAttributeNValue.
+  const bool listed = caches->attributeLists;
+  TAttributes attributes = listed ? (ReadAttributes(), TAttributes()) : GetAttributeNValue();
   // However the tag ends, its map serves a later tag with the same names.
-  struct TKeeper {
-    TXmlAttributeMaps &maps;
-    TAttributes &attributes;
-    ~TKeeper() { maps.Keep(attributes); }
-  } keeper{caches->attributeMaps, attributes};
+  const TMapKeeper keeper{caches->attributeMaps, attributes};
 
   bool empty = false;
   const char closer = NextByte();
@@ -466,20 +475,12 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   openElements.push_back({name, nameLength, name[nameLength], true, false});
   WriteByte(name + nameLength, '\0');
 
-  const std::size_t sizeBefore = attributes.size();
-  StartElement(name, attributes);
-  // A marker counts only when it is the one entry the handler added.
-  if (attributes.size() == sizeBefore + 1) {
-    TOpenElement &element = openElements.back();
-    auto marker = attributes.find(kMarkerInvalidFormat);
-    if (marker != attributes.end()) {
-      attributes.erase(marker);
-      element.result = false;
-    } else if ((marker = attributes.find(kMarkerInvalidValue)) != attributes.end()) {
-      attributes.erase(marker);
-      element.valueRejected = true;
-    }
-  }
+  const EStartVerdict verdict = listed ? StartElementList(name, caches->attributeMaps.List())
+                                       : StartElementWithMap(name, attributes);
+  if (verdict == EStartVerdict::kFormatRejected)
+    openElements.back().result = false;
+  else if (verdict == EStartVerdict::kValueRejected)
+    openElements.back().valueRejected = true;
 
   if (!empty)
     return EStartTag::kOpened;
@@ -599,40 +600,40 @@ bool TXmlParser::ParseElement() {
 // whitespace; where they are not, the list simply ends and the start tag
 // then fails. Every exit returns the attributes read so far; the one that
 // failed is not among them.
-TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
+void TXmlParser::ReadAttributes() {
   TXmlAttributeMaps &maps = caches->attributeMaps;
   maps.Clear();
   bool separated = SkipBlanks();
   for (;;) {
     if (!separated)
-      return maps.Build();
+      return;
     const char next = ByteAtCursor();
     if (next == '%' || next == '/' || next == '>')
-      return maps.Build();
+      return;
     char *name = cursor;
     if (!ConsumeName())
-      return maps.Build();
+      return;
     char *nameEnd = cursor;
     SkipBlanks();
     if (NextByte() != '=') {
       FatalError("Unexpected character between attribute name and value");
-      return maps.Build();
+      return;
     }
     SkipBlanks();
     const char quote = NextByte();
     if (quote != '"' && quote != '\'') {
       FatalError("Unexpected character after equals of attribute name");
-      return maps.Build();
+      return;
     }
     char *value = cursor;
     if (!ScanAttributeValue(quote))
-      return maps.Build();
+      return;
     char *valueEnd = cursor - 1;
 
     // Names are folded in the buffer itself, for good; values stay raw.
     caches->names.Fold(name, nameEnd);
-    if (!maps.Add(name, static_cast<std::size_t>(nameEnd - name), value,
-                  static_cast<std::size_t>(valueEnd - value))) {
+    if (!maps.Add(std::string_view(name, static_cast<std::size_t>(nameEnd - name)),
+                  std::string_view(value, static_cast<std::size_t>(valueEnd - value)))) {
       // The first value stays. Both runs are terminated while we report.
       const char keptNameEnd = *nameEnd;
       WriteByte(nameEnd, '\0');
@@ -648,6 +649,42 @@ TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
     }
     separated = SkipBlanks();
   }
+}
+
+TXmlParser::TAttributes TXmlParser::GetAttributeNValue() {
+  ReadAttributes();
+  return caches->attributeMaps.Build();
+}
+
+bool TXmlParser::ReadsAttributeLists() const {
+  return false;
+}
+
+TXmlParser::EStartVerdict TXmlParser::StartElementList(const char *name,
+                                                       const TXmlAttributeList &) {
+  // The list is the one just gathered, so the map is built from it.
+  TAttributes attributes = caches->attributeMaps.Build();
+  const TMapKeeper keeper{caches->attributeMaps, attributes};
+  return StartElementWithMap(name, attributes);
+}
+
+TXmlParser::EStartVerdict TXmlParser::StartElementWithMap(const char *name,
+                                                          TAttributes &attributes) {
+  const std::size_t sizeBefore = attributes.size();
+  StartElement(name, attributes);
+  // A marker counts only when it is the one entry the handler added.
+  EStartVerdict verdict = EStartVerdict::kAccepted;
+  if (attributes.size() == sizeBefore + 1) {
+    auto marker = attributes.find(kMarkerInvalidFormat);
+    if (marker != attributes.end()) {
+      attributes.erase(marker);
+      verdict = EStartVerdict::kFormatRejected;
+    } else if ((marker = attributes.find(kMarkerInvalidValue)) != attributes.end()) {
+      attributes.erase(marker);
+      verdict = EStartVerdict::kValueRejected;
+    }
+  }
+  return verdict;
 }
 
 // Scans a value from the cursor to the closing quote and leaves the cursor

@@ -14,9 +14,45 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace NVRNORV20 {
+
+/// One attribute of a start tag as it stands in the buffer: the name folded
+/// to lower case, the value as written (references checked, not decoded).
+struct TXmlAttribute {
+  std::string_view name;
+  std::string_view value;
+};
+
+/// A start tag's attributes in the attribute map's order: byte-wise by
+/// name, names unique. A view over storage that someone else owns.
+class TXmlAttributeList {
+public:
+  using TIterator = const TXmlAttribute *;
+
+  TXmlAttributeList() = default;
+  TXmlAttributeList(const TXmlAttribute *first, std::size_t count)
+      : items(first), itemCount(count) {}
+
+  TIterator begin() const { return items; }
+  TIterator end() const { return items + itemCount; }
+  std::size_t Size() const { return itemCount; }
+  bool Empty() const { return itemCount == 0; }
+  /// The attribute of that (lower-case) name, or end(). Tags have a few
+  /// attributes, so a scan beats a search.
+  TIterator Find(std::string_view name) const {
+    TIterator at = begin();
+    while (at != end() && at->name != name)
+      ++at;
+    return at;
+  }
+
+private:
+  const TXmlAttribute *items = nullptr;
+  std::size_t itemCount = 0;
+};
 
 class ORVCIMXML_API TXmlParser {
 public:
@@ -63,6 +99,10 @@ public:
   /// and ends the list; the attributes read before it are returned.
   virtual TAttributes GetAttributeNValue();
 
+  /// What a handler made of a start tag, for the tokenizer's further
+  /// reading (the two markers of the map path).
+  enum class EStartVerdict { kAccepted, kFormatRejected, kValueRejected };
+
   /// A character that XML 1.0 does not allow, met while numeric references
   /// are read as XML 1.0 reads them. The default reports it as a syntax
   /// error (FatalError).
@@ -78,6 +118,15 @@ public:
   unsigned GetCurLine();
 
 protected:
+  /// Whether start tags go to StartElementList instead of through
+  /// GetAttributeNValue to StartElement: asked once as each document
+  /// starts. The default is false.
+  virtual bool ReadsAttributeLists() const;
+  /// A start tag, for a handler that reads attribute lists: the list is a
+  /// view into the buffer, valid during the call. The default builds the
+  /// attribute map, hands it to StartElement and reads its markers.
+  virtual EStartVerdict StartElementList(const char *name, const TXmlAttributeList &attributes);
+
   /// With strict set, a numeric reference gives the UTF-8 bytes of its code
   /// point, and one that XML 1.0 does not allow as a character (NUL, the
   /// controls but tab, line feed and carriage return, surrogates, U+FFFE,
@@ -134,6 +183,11 @@ private:
   EContent ReadContent(bool &doneResult);
   void CloseInnermostElement();
 
+  /// The attribute list after an element name into the caches' gathered
+  /// attributes, unsorted; errors are reported as GetAttributeNValue says.
+  void ReadAttributes();
+  /// The verdict of StartElement's markers on a map.
+  EStartVerdict StartElementWithMap(const char *name, TAttributes &attributes);
   bool ScanAttributeValue(char quote);
   bool CheckAttributeReference();
   void ReadNumericReference();

@@ -7,7 +7,8 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateClass::ElementStart(TCIMXMLParser &parser,
+                                              const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &className) ||
         parser.HandleSuperClass(attribute, &superClassName);
@@ -57,7 +58,7 @@ void TCIMXMLParser::TStateClass::ElementEnd(TCIMXMLParser &parser, const std::st
 }
 
 void TCIMXMLParser::TStateClass::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                              TAttributes &attributes) {
+                                              const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateQualifier, TStateClass>("qualifier", kQualifiers, kQualifiers, kKeepPhase),
       Child<TStatePropertyDecl, TStateClass>("property", kQualifiers, kProperties, kProperties),

@@ -29,7 +29,7 @@ public:
   }
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// Looks the superclass up (also an empty name) and creates the class.
   /// An unknown superclass or a class that cannot be created throws from
   /// the object model; the state then stays without a class, and each of
@@ -38,7 +38,7 @@ public:
   /// parse registers and its superclass is the namespace's; otherwise it
   /// is made in the parser's scratch namespace, where an empty class of the
   /// superclass's name stands in for one that no namespace holds.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
   /// A class standing alone is committed and handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 

@@ -8,7 +8,8 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser,
+                                                 const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleClassName(attribute, &className);
   if (IsFull(parser)) {
@@ -26,7 +27,7 @@ void TCIMXMLParser::TStateInstance::ElementStart(TCIMXMLParser &parser, TAttribu
 }
 
 void TCIMXMLParser::TStateInstance::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                 TAttributes &attributes) {
+                                                 const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       // Not attached; the instance reads the qualifier's attributes as its own.
       ClassicIgnored("qualifier", kQualifiers, kQualifiers, kKeepPhase),
@@ -48,14 +49,15 @@ void TCIMXMLParser::TStateInstance::ElementEnd(TCIMXMLParser &parser, const std:
 }
 
 void TCIMXMLParser::TStateInstanceQualifier::ElementStart(TCIMXMLParser &parser,
-                                                          TAttributes &attributes) {
-  auto name = attributes.find("name");
-  Report(parser, "Qualifier " + (name != attributes.end() ? name->second : std::string()) +
+                                                          const TAttributeList &attributes) {
+  auto name = attributes.Find("name");
+  Report(parser, "Qualifier " +
+                     (name != attributes.end() ? std::string(name->value) : std::string()) +
                      " of an instance is not kept");
 }
 
 void TCIMXMLParser::TStateValueObject::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateClass, TStateValueObject>("class", kObject, kObject, kDone),
       Child<TStateInstance, TStateValueObject>("instance", kObject, kObject, kDone),
@@ -82,7 +84,7 @@ void TCIMXMLParser::TStateValueObject::ElementEnd(TCIMXMLParser &parser, const s
 
 void TCIMXMLParser::TStateValueNamedInstance::ChildElement(TCIMXMLParser &parser,
                                                            const std::string &name,
-                                                           TAttributes &attributes) {
+                                                           const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       // Unlike a named object's, this instance name lies in the parser's
       // namespace.
@@ -94,7 +96,7 @@ void TCIMXMLParser::TStateValueNamedInstance::ChildElement(TCIMXMLParser &parser
 
 void TCIMXMLParser::TStateValueNamedObject::ChildElement(TCIMXMLParser &parser,
                                                          const std::string &name,
-                                                         TAttributes &attributes) {
+                                                         const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateClass, TStateValueNamedObject>("class", kObjectOrName, kObjectOrName, kDone),
       Child<TStateInstanceName, TStateValueNamedObject>("instancename", kObjectOrName,
@@ -106,7 +108,7 @@ void TCIMXMLParser::TStateValueNamedObject::ChildElement(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStateValueObjectWithPath::ChildElement(TCIMXMLParser &parser,
                                                             const std::string &name,
-                                                            TAttributes &attributes) {
+                                                            const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateClassPath, TStateValueObjectWithPath>("classpath", kPath, kPath, kClass),
       Child<TStateInstancePath, TStateValueObjectWithPath>("instancepath", kPath, kPath, kInstance),
@@ -118,7 +120,7 @@ void TCIMXMLParser::TStateValueObjectWithPath::ChildElement(TCIMXMLParser &parse
 
 void TCIMXMLParser::TStateValueObjectWithLocalPath::ChildElement(TCIMXMLParser &parser,
                                                                  const std::string &name,
-                                                                 TAttributes &attributes) {
+                                                                 const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateLocalClassPath, TStateValueObjectWithLocalPath>("localclasspath", kPath, kPath,
                                                                   kClass),
@@ -156,7 +158,7 @@ void TCIMXMLParser::TStateValueObject::EndFull(TCIMXMLParser &parser) {
 
 void TCIMXMLParser::TStateValueInstanceWithPath::ChildElement(TCIMXMLParser &parser,
                                                               const std::string &name,
-                                                              TAttributes &attributes) {
+                                                              const TAttributeList &attributes) {
   using TSelf = TStateValueInstanceWithPath;
   static constexpr TChildRow kRows[] = {
       Child<TStateInstancePath, TSelf>("instancepath", kPath, kPath, kInstance),

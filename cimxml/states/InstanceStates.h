@@ -30,12 +30,12 @@ public:
       : instance(parent.instance), standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// An unknown or missing class name throws; the state then stays without
   /// an instance, and each property fails when it would set a value. The
   /// full grammar makes an instance of a class that no namespace holds a
   /// standalone one, typed by its properties' own TYPE attributes.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
   /// An instance standing alone is handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -52,7 +52,7 @@ private:
 /// qualifiers on declarations only.
 class TCIMXMLParser::TStateInstanceQualifier : public TCIMXMLParser::TStateDropped {
 public:
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "value.object": one "class" or one "instance". At the end tag the object
@@ -66,7 +66,7 @@ public:
   TStateValueObject() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
 protected:
@@ -100,7 +100,7 @@ public:
   TStateValueNamedInstance() : TStateValueObject(kDone, false) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "value.namedobject": a class alone, or an instance name followed by its
@@ -112,7 +112,7 @@ public:
   TStateValueNamedObject() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "value.objectwithpath": a class path and its class, or an instance path
@@ -124,7 +124,7 @@ public:
   TStateValueObjectWithPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "value.objectwithlocalpath": as "value.objectwithpath" with local paths.
@@ -135,7 +135,7 @@ public:
   TStateValueObjectWithLocalPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "value.instancewithpath", full grammar only: an instance path, then its
@@ -147,7 +147,7 @@ public:
   TStateValueInstanceWithPath() : TStateValueObject(kDone, true) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 } // namespace NVRNORV20

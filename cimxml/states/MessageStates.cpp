@@ -45,20 +45,20 @@ TCIMType IntrinsicParameterType(const std::string &name) {
 /// PARAMTYPE as the type of a VALUE: the CIM types by name; "reference"
 /// is read from VALUE.REFERENCE, "object" and "instance" are embedded
 /// objects, strings in the document. Absent or unknown, a string.
-TCIMType ParamType(const TXmlParser::TAttributes &attributes) {
-  auto found = attributes.find("paramtype");
-  if (found == attributes.end() || found->second == "object" || found->second == "instance")
+TCIMType ParamType(const TXmlAttributeList &attributes) {
+  auto found = attributes.Find("paramtype");
+  if (found == attributes.end() || found->value == "object" || found->value == "instance")
     return TCIMType(kCIMTypeString);
   try {
-    return TCIMType(found->second);
+    return TCIMType(std::string(found->value));
   } catch (TORVException &) {
     return TCIMType(kCIMTypeString);
   }
 }
 
-std::string Attribute(const TXmlParser::TAttributes &attributes, const char *name) {
-  auto found = attributes.find(name);
-  return found != attributes.end() ? found->second : std::string();
+std::string Attribute(const TXmlAttributeList &attributes, const char *name) {
+  auto found = attributes.Find(name);
+  return found != attributes.end() ? std::string(found->value) : std::string();
 }
 
 /// The message kind that a child of "message" starts.
@@ -86,7 +86,8 @@ bool MessageKindOf(const std::string &name, TCIMXMLMessage::EKind &kind) {
 
 // message ------------------------------------------------------------------
 
-void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser,
+                                                const TAttributeList &attributes) {
   if (IsFull(parser)) {
     message.id = Attribute(attributes, "id");
     message.protocolVersion = Attribute(attributes, "protocolversion");
@@ -97,13 +98,13 @@ void TCIMXMLParser::TStateMessage::ElementStart(TCIMXMLParser &parser, TAttribut
   }
   // "id" and anything else are ignored; only a version that is there and
   // not ours is refused.
-  auto version = attributes.find("protocolversion");
-  if (version != attributes.end() && version->second != "1.0")
+  auto version = attributes.Find("protocolversion");
+  if (version != attributes.end() && version->value != "1.0")
     parser.FatalError("Unknown protocol version");
 }
 
 void TCIMXMLParser::TStateMessage::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                TAttributes &attributes) {
+                                                const TAttributeList &attributes) {
   using TSelf = TStateMessage;
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateSimpleReq, TSelf>("simplereq"),
@@ -135,7 +136,7 @@ void TCIMXMLParser::TStateMessage::ElementEnd(TCIMXMLParser &parser, const std::
 // multireq -----------------------------------------------------------------
 
 void TCIMXMLParser::TStateMultiReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                 TAttributes &attributes) {
+                                                 const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateSimpleReq, TStateMultiReq>("simplereq", kNoRequest, kNoRequest, kOneRequest),
       Child<TStateSimpleReq, TStateMultiReq>("simplereq", kOneRequest, kRequests, kRequests),
@@ -150,7 +151,7 @@ void TCIMXMLParser::TStateMultiReq::ElementEnd(TCIMXMLParser &parser, const std:
 }
 
 void TCIMXMLParser::TStateMultiRsp::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                 TAttributes &attributes) {
+                                                 const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateSimpleRsp, TStateMultiRsp>("simplersp", kNoRequest, kNoRequest, kOneRequest),
       Child<TStateSimpleRsp, TStateMultiRsp>("simplersp", kOneRequest, kRequests, kRequests),
@@ -159,7 +160,7 @@ void TCIMXMLParser::TStateMultiRsp::ChildElement(TCIMXMLParser &parser, const st
 }
 
 void TCIMXMLParser::TStateMultiExpReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateExpRequest, TStateMultiExpReq>("simpleexpreq", kNoRequest, kNoRequest,
                                                  kOneRequest),
@@ -169,7 +170,7 @@ void TCIMXMLParser::TStateMultiExpReq::ChildElement(TCIMXMLParser &parser, const
 }
 
 void TCIMXMLParser::TStateMultiExpRsp::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateExpResponse, TStateMultiExpRsp>("simpleexprsp", kNoRequest, kNoRequest,
                                                   kOneRequest),
@@ -182,7 +183,7 @@ void TCIMXMLParser::TStateMultiExpRsp::ChildElement(TCIMXMLParser &parser, const
 // simplereq, imethodcall ---------------------------------------------------
 
 void TCIMXMLParser::TStateSimpleReq::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   using TSelf = TStateSimpleReq;
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateIMethodCall, TSelf>("imethodcall"),
@@ -194,7 +195,7 @@ void TCIMXMLParser::TStateSimpleReq::ChildElement(TCIMXMLParser &parser, const s
 }
 
 void TCIMXMLParser::TStateExpRequest::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   using TSelf = TStateExpRequest;
   static constexpr TChildRow kRows[] = {
       Child<TStateCorrelator, TSelf>("correlator", kCorrelators, kCorrelators, kKeepPhase),
@@ -205,7 +206,8 @@ void TCIMXMLParser::TStateExpRequest::ChildElement(TCIMXMLParser &parser, const 
 
 // correlator ---------------------------------------------------------------
 
-void TCIMXMLParser::TStateCorrelator::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateCorrelator::ElementStart(TCIMXMLParser &parser,
+                                                   const TAttributeList &attributes) {
   TCIMType type;
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &correlator.name) || parser.HandleCIMType(attribute, &type);
@@ -213,7 +215,7 @@ void TCIMXMLParser::TStateCorrelator::ElementStart(TCIMXMLParser &parser, TAttri
 }
 
 void TCIMXMLParser::TStateCorrelator::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateValue, TStateCorrelator>("value", kValue, kValue, kDone),
   };
@@ -230,7 +232,7 @@ void TCIMXMLParser::TStateCorrelator::ElementEnd(TCIMXMLParser &parser, const st
 // operations ---------------------------------------------------------------
 
 void TCIMXMLParser::TStateOperation::Open(TCIMXMLParser &parser, TCIMXMLOperation::EKind kind,
-                                          TAttributes &attributes) {
+                                          const TAttributeList &attributes) {
   operation.kind = kind;
   operation.method = Attribute(attributes, "name");
   operation.sequence = OperationsDelivered(parser);
@@ -251,7 +253,7 @@ TCIMXMLParser::TStateIMethodCall::TStateIMethodCall(TCIMXMLParser &, TStateSimpl
 }
 
 void TCIMXMLParser::TStateIMethodCall::ElementStart(TCIMXMLParser &parser,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   if (IsFull(parser)) {
     Open(parser, TCIMXMLOperation::EKind::kIntrinsicCall, attributes);
     return;
@@ -265,7 +267,7 @@ void TCIMXMLParser::TStateIMethodCall::ElementStart(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStateIMethodCall::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateLocalNamespacePath, TStateIMethodCall>("localnamespacepath", kNamespacePath,
                                                          kNamespacePath, kParameters),
@@ -291,12 +293,13 @@ TCIMXMLParser::TStateMethodCall::TStateMethodCall(TCIMXMLParser &, TStateSimpleR
   operation.correlators.swap(parent.correlators);
 }
 
-void TCIMXMLParser::TStateMethodCall::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateMethodCall::ElementStart(TCIMXMLParser &parser,
+                                                   const TAttributeList &attributes) {
   Open(parser, TCIMXMLOperation::EKind::kExtrinsicCall, attributes);
 }
 
 void TCIMXMLParser::TStateMethodCall::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateLocalClassPath, TStateMethodCall>("localclasspath", kPath, kPath, kParameters),
       Child<TStateLocalInstancePath, TStateMethodCall>("localinstancepath", kPath, kPath,
@@ -318,13 +321,13 @@ TCIMXMLParser::TStateExpMethodCall::TStateExpMethodCall(TCIMXMLParser &, TStateE
 }
 
 void TCIMXMLParser::TStateExpMethodCall::ElementStart(TCIMXMLParser &parser,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   Open(parser, TCIMXMLOperation::EKind::kExportCall, attributes);
 }
 
 void TCIMXMLParser::TStateExpMethodCall::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateExpParamValue, TStateExpMethodCall>("expparamvalue"),
   };
@@ -338,7 +341,7 @@ void TCIMXMLParser::TStateExpMethodCall::ElementEnd(TCIMXMLParser &parser, const
 // iparamvalue --------------------------------------------------------------
 
 void TCIMXMLParser::TStateIParamValue::OpenArgument(TCIMXMLParser &parser,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   argument.name = Attribute(attributes, "name");
   argument.embeddedObject = Attribute(attributes, "embeddedobject");
   // A PARAMVALUE's PARAMTYPE may say it instead.
@@ -365,7 +368,7 @@ void TCIMXMLParser::TStateIParamValue::CloseArgument(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStateIParamValue::ElementStart(TCIMXMLParser &parser,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   if (IsFull(parser)) {
     OpenArgument(parser, attributes);
     valueType = IntrinsicParameterType(argument.name);
@@ -378,7 +381,7 @@ void TCIMXMLParser::TStateIParamValue::ElementStart(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStateIParamValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   using TSelf = TStateIParamValue;
   static constexpr TChildRow kRows[] = {
       Child<TStateClass, TSelf>("class", kObject, kObject, kDone),
@@ -413,7 +416,7 @@ void TCIMXMLParser::TStateIParamValue::ElementEnd(TCIMXMLParser &parser, const s
 // simplersp, imethodresponse, error ----------------------------------------
 
 void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   using TSelf = TStateSimpleRsp;
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateMethodResponse, TSelf>("imethodresponse"),
@@ -424,7 +427,7 @@ void TCIMXMLParser::TStateSimpleRsp::ChildElement(TCIMXMLParser &parser, const s
 }
 
 void TCIMXMLParser::TStateExpResponse::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateExpMethodResponse, TStateExpResponse>("expmethodresponse", kAny, kAny, kFullDone),
   };
@@ -432,14 +435,14 @@ void TCIMXMLParser::TStateExpResponse::ChildElement(TCIMXMLParser &parser, const
 }
 
 void TCIMXMLParser::TStateMethodResponse::ElementStart(TCIMXMLParser &parser,
-                                                       TAttributes &attributes) {
+                                                       const TAttributeList &attributes) {
   if (IsFull(parser))
     Open(parser, TCIMXMLOperation::EKind::kIntrinsicResponse, attributes);
 }
 
 void TCIMXMLParser::TStateMethodResponse::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
-                                                       TAttributes &attributes) {
+                                                       const TAttributeList &attributes) {
   using TSelf = TStateMethodResponse;
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateIReturnValue, TSelf>("ireturnvalue", kEmpty, kAnswered, kAnswered),
@@ -459,13 +462,13 @@ void TCIMXMLParser::TStateMethodResponse::ElementEnd(TCIMXMLParser &parser, cons
 }
 
 void TCIMXMLParser::TStateExtrinsicResponse::ElementStart(TCIMXMLParser &parser,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   Open(parser, TCIMXMLOperation::EKind::kExtrinsicResponse, attributes);
 }
 
 void TCIMXMLParser::TStateExtrinsicResponse::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   using TSelf = TStateExtrinsicResponse;
   static constexpr TChildRow kRows[] = {
       Child<TStateError, TSelf>("error", kEmpty, kEmpty, kErrored),
@@ -476,13 +479,13 @@ void TCIMXMLParser::TStateExtrinsicResponse::ChildElement(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStateExpMethodResponse::ElementStart(TCIMXMLParser &parser,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   Open(parser, TCIMXMLOperation::EKind::kExportResponse, attributes);
 }
 
 void TCIMXMLParser::TStateExpMethodResponse::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   using TSelf = TStateExpMethodResponse;
   static constexpr TChildRow kRows[] = {
       Child<TStateError, TSelf>("error", kEmpty, kEmpty, kErrored),
@@ -491,7 +494,8 @@ void TCIMXMLParser::TStateExpMethodResponse::ChildElement(TCIMXMLParser &parser,
   AcceptChild(parser, name, attributes, kRows, kErrored);
 }
 
-void TCIMXMLParser::TStateError::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateError::ElementStart(TCIMXMLParser &parser,
+                                              const TAttributeList &attributes) {
   if (!IsFull(parser))
     return;
   std::string code = Attribute(attributes, "code");
@@ -504,7 +508,7 @@ void TCIMXMLParser::TStateError::ElementStart(TCIMXMLParser &parser, TAttributes
 }
 
 void TCIMXMLParser::TStateError::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                              TAttributes &attributes) {
+                                              const TAttributeList &attributes) {
   if (IsFull(parser)) {
     static constexpr TChildRow kRows[] = {
         Child<TStateInstance, TStateError>("instance"),
@@ -529,13 +533,14 @@ void TCIMXMLParser::TStateError::ElementEnd(TCIMXMLParser &parser, const std::st
 
 // paramvalue, returnvalue, expparamvalue -----------------------------------
 
-void TCIMXMLParser::TStateParamValue::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateParamValue::ElementStart(TCIMXMLParser &parser,
+                                                   const TAttributeList &attributes) {
   OpenArgument(parser, attributes);
   valueType = ParamType(attributes);
 }
 
 void TCIMXMLParser::TStateParamValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   using TSelf = TStateParamValue;
   static constexpr TChildRow kRows[] = {
       Child<TStateValue, TSelf>("value", kObject, kObject, kDone),
@@ -556,13 +561,13 @@ void TCIMXMLParser::TStateParamValue::ElementEnd(TCIMXMLParser &parser, const st
 }
 
 void TCIMXMLParser::TStateReturnValue::ElementStart(TCIMXMLParser &parser,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   OpenArgument(parser, attributes);
   valueType = ParamType(attributes);
 }
 
 void TCIMXMLParser::TStateReturnValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   using TSelf = TStateReturnValue;
   static constexpr TChildRow kRows[] = {
       Child<TStateValue, TSelf>("value", kObject, kObject, kDone),
@@ -578,13 +583,13 @@ void TCIMXMLParser::TStateReturnValue::ElementEnd(TCIMXMLParser &parser, const s
 }
 
 void TCIMXMLParser::TStateExpParamValue::ElementStart(TCIMXMLParser &parser,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   OpenArgument(parser, attributes);
 }
 
 void TCIMXMLParser::TStateExpParamValue::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateInstance, TStateExpParamValue>("instance", kObject, kObject, kDone),
   };
@@ -598,13 +603,13 @@ void TCIMXMLParser::TStateExpParamValue::ElementEnd(TCIMXMLParser &parser, const
 // ireturnvalue -------------------------------------------------------------
 
 void TCIMXMLParser::TStateIReturnValue::ElementStart(TCIMXMLParser &parser,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   if (IsFull(parser))
     OpenArgument(parser, attributes);
 }
 
 void TCIMXMLParser::TStateIReturnValue::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   using TSelf = TStateIReturnValue;
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateClass, TSelf>("class", kObject, kObject, kDone),

@@ -31,9 +31,9 @@ public:
   enum EPhase : std::int32_t { kAny, kFullDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 private:
   TCIMXMLMessage message;
@@ -47,7 +47,7 @@ public:
   enum EPhase : std::int32_t { kNoRequest, kOneRequest, kRequests };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
 
@@ -56,17 +56,17 @@ public:
 class TCIMXMLParser::TStateMultiRsp : public TCIMXMLParser::TStateMultiReq {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 class TCIMXMLParser::TStateMultiExpReq : public TCIMXMLParser::TStateMultiReq {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 class TCIMXMLParser::TStateMultiExpRsp : public TCIMXMLParser::TStateMultiReq {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "simplereq": intrinsic method calls only. The full grammar takes
@@ -77,7 +77,7 @@ public:
   enum EPhase : std::int32_t { kCorrelators, kFullDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 
   std::vector<TCIMXMLCorrelator> correlators;
 };
@@ -86,7 +86,7 @@ public:
 class TCIMXMLParser::TStateExpRequest : public TCIMXMLParser::TStateSimpleReq {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "correlator", full grammar only: one value, typed by TYPE, added to the
@@ -98,9 +98,9 @@ public:
   TStateCorrelator(TCIMXMLParser &, TStateSimpleReq &parent) : request(parent) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   TCIMType ValueType() const { return correlator.value.GetType(); }
   TCIMValue value;
@@ -120,7 +120,7 @@ public:
 
 protected:
   /// Starts the record of the given kind, named by NAME.
-  void Open(TCIMXMLParser &parser, TCIMXMLOperation::EKind kind, TAttributes &attributes);
+  void Open(TCIMXMLParser &parser, TCIMXMLOperation::EKind kind, const TAttributeList &attributes);
   /// Hands the record over and pops the state.
   void Close(TCIMXMLParser &parser);
 };
@@ -135,9 +135,9 @@ public:
   TStateIMethodCall(TCIMXMLParser &parser, TStateSimpleReq &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   enum EPhase : std::int32_t { kNamespacePath, kParameters };
 
@@ -154,9 +154,9 @@ public:
   TStateMethodCall(TCIMXMLParser &parser, TStateSimpleReq &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "expmethodcall", full grammar only: export parameters.
@@ -165,9 +165,9 @@ public:
   TStateExpMethodCall(TCIMXMLParser &parser, TStateExpRequest &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "iparamvalue": "NewClass" or "NewInstance" (else "Unexpected IParamValue
@@ -186,14 +186,14 @@ public:
   TStateIParamValue(TCIMXMLParser &, TStateOperation &parent) : operation(parent.operation) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 protected:
   /// The full grammar's start and end of any argument element: the role of
   /// its objects, and the argument added to the operation.
-  void OpenArgument(TCIMXMLParser &parser, TAttributes &attributes);
+  void OpenArgument(TCIMXMLParser &parser, const TAttributeList &attributes);
   void CloseArgument(TCIMXMLParser &parser, std::vector<TCIMXMLArgument> *into);
 
   TCIMXMLOperation &operation;
@@ -212,9 +212,9 @@ public:
       : TStateIParamValue(parser, parent) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "returnvalue", full grammar only: an extrinsic method's return value.
@@ -224,9 +224,9 @@ public:
       : TStateIParamValue(parser, parent) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "expparamvalue", full grammar only: an indication's instance.
@@ -236,9 +236,9 @@ public:
       : TStateIParamValue(parser, parent) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "simplersp": intrinsic method responses only. The full grammar takes one
@@ -248,14 +248,14 @@ public:
   enum EPhase : std::int32_t { kAny, kFullDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "simpleexprsp", full grammar only: one export response.
 class TCIMXMLParser::TStateExpResponse : public TCIMXMLParser::TStateSimpleRsp {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "imethodresponse": return values and errors, any number in any order.
@@ -268,9 +268,9 @@ public:
   enum EPhase : std::int32_t { kEmpty, kAnswered, kReturned, kErrored };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "methodresponse", full grammar only: an error, or a return value and then
@@ -278,16 +278,16 @@ public:
 class TCIMXMLParser::TStateExtrinsicResponse : public TCIMXMLParser::TStateMethodResponse {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "expmethodresponse", full grammar only: an error or a return value.
 class TCIMXMLParser::TStateExpMethodResponse : public TCIMXMLParser::TStateMethodResponse {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 };
 
 /// "error": its attributes are not read. A child element named "6" is
@@ -299,9 +299,9 @@ public:
   TStateError(TCIMXMLParser &, TStateOperation &parent) : operation(parent.operation) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 private:
   TCIMXMLOperation &operation;
@@ -324,9 +324,9 @@ public:
       : TStateIParamValue(parser, parent) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 private:
   /// The kind of the first child; the others must be of it.

@@ -6,7 +6,8 @@
 
 namespace NVRNORV20 {
 
-void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser,
+                                               const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &methodName) || parser.HandleCIMType(attribute, &returnType) ||
         parser.HandleClassOrigin(attribute, &classOrigin) ||
@@ -18,7 +19,7 @@ void TCIMXMLParser::TStateMethod::ElementStart(TCIMXMLParser &parser, TAttribute
 }
 
 void TCIMXMLParser::TStateMethod::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                               TAttributes &attributes) {
+                                               const TAttributeList &attributes) {
   // The full grammar takes qualifiers before parameters.
   using TSelf = TStateMethod;
   static constexpr TChildRow kRows[] = {
@@ -46,7 +47,8 @@ void TCIMXMLParser::TStateMethod::ElementEnd(TCIMXMLParser &parser, const std::s
   Pop(parser);
 }
 
-void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateParameter::ElementStart(TCIMXMLParser &parser,
+                                                  const TAttributeList &attributes) {
   const bool full = IsFull(parser);
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     if (!property.Read(parser, attribute) && full && referenceArray)
@@ -81,7 +83,7 @@ TCIMType TCIMXMLParser::TStateParameter::ParameterType(bool full) const {
 }
 
 void TCIMXMLParser::TStateParameter::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   // A parameter holds qualifiers only in the full grammar.
   static constexpr TChildRow kRows[] = {
       Child<TStateQualifier, TStateParameter>("qualifier"),
@@ -116,7 +118,7 @@ void TCIMXMLParser::TStateParameterArray::ElementEnd(TCIMXMLParser &parser, cons
 
 void TCIMXMLParser::TStateParameterReference::ChildElement(TCIMXMLParser &parser,
                                                            const std::string &name,
-                                                           TAttributes &attributes) {
+                                                           const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateQualifier, TStateParameterReference>("qualifier"),
       // Spelt so on purpose: "value.array" is not a reference parameter's child.

@@ -21,9 +21,9 @@ public:
   template <class TParent> TStateMethod(TCIMXMLParser &, TParent &parent) : cls(parent.cls) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into, and what the method overrides (full
   // grammar only).
@@ -56,12 +56,12 @@ public:
       : TStateParameter(parent, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// A reference parameter is added with the reference type, the others
   /// with their TYPE. The classic grammar drops an array parameter's array
   /// flag; the full grammar keeps it, with ARRAYSIZE and REFERENCECLASS.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 protected:
   TStateParameter(const TStateMethod &parent, TPropertyAttributes::EKind kind)
@@ -119,7 +119,7 @@ public:
       : TStateParameter(parent, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
 

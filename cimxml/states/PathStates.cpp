@@ -9,7 +9,7 @@ namespace NVRNORV20 {
 
 void TCIMXMLParser::TStateNamespacePath::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateHost, TStateNamespacePath>("host", kHost, kHost, kLocalPath),
       Child<TStateLocalNamespacePath, TStateNamespacePath>("localnamespacepath", kLocalPath,
@@ -24,7 +24,7 @@ void TCIMXMLParser::TStateNamespacePath::ChildElement(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStateLocalNamespacePath::ChildElement(TCIMXMLParser &parser,
                                                            const std::string &name,
-                                                           TAttributes &attributes) {
+                                                           const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateNamespace, TStateLocalNamespacePath>("namespace", kNoNamespace, kNamespaces,
                                                        kNamespaces),
@@ -72,7 +72,8 @@ void TCIMXMLParser::TStateHost::ElementEnd(TCIMXMLParser &parser, const std::str
 
 // namespace, classname -----------------------------------------------------
 
-void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateNamespace::ElementStart(TCIMXMLParser &parser,
+                                                  const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &target);
 }
@@ -83,7 +84,7 @@ TCIMXMLParser::TStateClassName::TStateClassName(TCIMXMLParser &parser, TStateVal
 }
 
 void TCIMXMLParser::TStateClassName::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   AcceptChild(parser, name, attributes, nullptr, 0, kAnyOrder);
 }
 
@@ -101,7 +102,7 @@ void TCIMXMLParser::TStateClassName::ElementEnd(TCIMXMLParser &parser, const std
 // classpath, localclasspath ------------------------------------------------
 
 void TCIMXMLParser::TStateClassPath::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateNamespacePath, TStateClassPath>("namespacepath", kNamespacePath, kNamespacePath,
                                                   kClassName),
@@ -112,7 +113,7 @@ void TCIMXMLParser::TStateClassPath::ChildElement(TCIMXMLParser &parser, const s
 
 void TCIMXMLParser::TStateLocalClassPath::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
-                                                       TAttributes &attributes) {
+                                                       const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateLocalNamespacePath, TStateLocalClassPath>("localnamespacepath", kLocalPath,
                                                             kLocalPath, kClassName),
@@ -124,7 +125,7 @@ void TCIMXMLParser::TStateLocalClassPath::ChildElement(TCIMXMLParser &parser,
 // instancepath, localinstancepath ------------------------------------------
 
 void TCIMXMLParser::TStateInstancePath::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateNamespacePath, TStateInstancePath>("namespacepath", kNamespacePath,
                                                      kNamespacePath, kInstanceName),
@@ -136,7 +137,7 @@ void TCIMXMLParser::TStateInstancePath::ChildElement(TCIMXMLParser &parser, cons
 
 void TCIMXMLParser::TStateLocalInstancePath::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateLocalNamespacePath, TStateLocalInstancePath>("localnamespacepath", kLocalPath,
                                                                kLocalPath, kInstanceName),
@@ -200,7 +201,7 @@ void TCIMXMLParser::TStateLocalInstancePath::ElementEnd(TCIMXMLParser &parser,
 // objectpath ---------------------------------------------------------------
 
 void TCIMXMLParser::TStateObjectPath::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateInstancePath, TStateObjectPath>("instancepath", kPath, kPath, kDone),
       Child<TStateClassPath, TStateObjectPath>("classpath", kPath, kPath, kDone),

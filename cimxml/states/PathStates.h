@@ -31,7 +31,7 @@ public:
       : host(parent.host), namespacePath(parent.namespacePath) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 
   std::string &host;
   std::string &namespacePath;
@@ -51,7 +51,7 @@ public:
       : namespacePath(parent.namespacePath) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
   std::string &namespacePath;
@@ -93,7 +93,7 @@ public:
     parent.AppendComponent(parser);
   }
 
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 protected:
   explicit TStateNamespace(std::string &nameTarget) : target(nameTarget) {}
@@ -116,7 +116,7 @@ public:
   TStateClassName(TCIMXMLParser &parser, TStateValueReference &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// A class name standing alone is handed over as a class path.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -137,7 +137,7 @@ public:
         standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// A path standing alone is handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -161,7 +161,7 @@ public:
         standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// A path standing alone is handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -185,7 +185,7 @@ public:
         standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// A path standing alone is handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -210,7 +210,7 @@ public:
         standalone(kStandsAlone<TParent> && IsFull(parser)) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// A path standing alone is handed over here.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 
@@ -228,7 +228,7 @@ public:
   enum EPhase : std::int32_t { kPath, kDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
 };
 

@@ -9,13 +9,12 @@
 
 namespace NVRNORV20 {
 
-bool TPropertyAttributes::Read(TCIMXMLParser &parser,
-                               TXmlParser::TAttributes::iterator &attribute) {
+bool TPropertyAttributes::Read(TCIMXMLParser &parser, TXmlAttributeList::TIterator attribute) {
   if (parser.HandleCIMName(attribute, &name) || parser.HandleClassOrigin(attribute, &classOrigin) ||
       parser.HandlePropagated(attribute, propagated))
     return true;
-  if (attribute->first == "embeddedobject") {
-    embeddedObject = attribute->second;
+  if (attribute->name == "embeddedobject") {
+    embeddedObject = attribute->value;
     return true;
   }
   switch (kind) {
@@ -71,7 +70,7 @@ boost::shared_ptr<ICIMQualifiedObject> TCIMXMLParser::TStatePropertyDecl::Inheri
 }
 
 void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     property.Read(parser, attribute);
   // The type reaches the declaration with its default value at the end.
@@ -79,7 +78,7 @@ void TCIMXMLParser::TStatePropertyDecl::ElementStart(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStatePropertyDecl::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateQualifier, TStatePropertyDecl>("qualifier"),
@@ -117,7 +116,7 @@ void TCIMXMLParser::TStatePropertyDecl::ElementEnd(TCIMXMLParser &parser, const 
 
 void TCIMXMLParser::TStatePropertyArrayDecl::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateQualifier, TStatePropertyArrayDecl>("qualifier"),
@@ -132,7 +131,7 @@ void TCIMXMLParser::TStatePropertyArrayDecl::ChildElement(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &parser,
                                                               const std::string &name,
-                                                              TAttributes &attributes) {
+                                                              const TAttributeList &attributes) {
   // The full grammar takes qualifiers, then one value at most.
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateQualifier, TStatePropertyReferenceDecl>("qualifier"),
@@ -149,7 +148,8 @@ void TCIMXMLParser::TStatePropertyReferenceDecl::ChildElement(TCIMXMLParser &par
 
 // Value variants.
 
-void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser,
+                                                 const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     property.Read(parser, attribute);
   // A standalone instance declares what its document says.
@@ -162,7 +162,7 @@ void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser, TAttribu
 }
 
 void TCIMXMLParser::TStateProperty::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                 TAttributes &attributes) {
+                                                 const TAttributeList &attributes) {
   // Qualifiers of instances and of their properties are not attached: no
   // state is made, and the qualifier's attributes go to the start handler of
   // the state on top, which reads them as its own.
@@ -223,7 +223,7 @@ TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
 }
 
 void TCIMXMLParser::TStateProperty::UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   if (IsFull(parser))
     parser.FatalError(("Unexpected element " + name).c_str());
   // ElementEnd pops this state, which may destroy it: from here on only
@@ -236,7 +236,7 @@ void TCIMXMLParser::TStateProperty::UnexpectedChild(TCIMXMLParser &parser, const
 
 void TCIMXMLParser::TStatePropertyArray::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
       ClassicChild<TStateValueArray, TStatePropertyArray>("value.array"),
@@ -250,7 +250,7 @@ void TCIMXMLParser::TStatePropertyArray::ChildElement(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStatePropertyReference::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       ClassicIgnored("qualifier", kAnyOrder, kAnyOrder, kKeepPhase),
       ClassicChild<TStateValueReference, TStatePropertyReference>("value.reference"),

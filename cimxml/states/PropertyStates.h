@@ -25,7 +25,7 @@ public:
 
   /// Stores the attribute if this kind reads it; false otherwise. An
   /// unknown TYPE throws from the object model.
-  bool Read(TCIMXMLParser &parser, TXmlParser::TAttributes::iterator &attribute);
+  bool Read(TCIMXMLParser &parser, TXmlAttributeList::TIterator attribute);
   /// The type as the element declares it: TYPE, TYPE with the array flag,
   /// or the reference type.
   TCIMType ElementType() const;
@@ -63,11 +63,11 @@ public:
       : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// Without a class (its start tag failed) it throws, and so do its
   /// qualifiers: the state's children and end tag still arrive.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into: qualifiers and the default value.
   boost::shared_ptr<ICIMQualifiedObject> QualifiedObject() const { return declaration; }
@@ -102,7 +102,7 @@ public:
       : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kArray) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "property.reference" in a class. Without a value child the default is
@@ -115,7 +115,7 @@ public:
       : TStatePropertyDecl(parent.cls, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "property" in an instance: sets the instance's property at the end tag.
@@ -134,9 +134,9 @@ public:
       : TStateProperty(parent.instance, TPropertyAttributes::EKind::kScalar) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the value children write into; they are read as the declared type.
   TCIMType ValueType() const { return DeclaredType(); }
@@ -152,7 +152,7 @@ protected:
   /// Ends the property and hands the child to the instance (see the class
   /// comment).
   [[noreturn]] void UnexpectedChild(TCIMXMLParser &parser, const std::string &name,
-                                    TAttributes &attributes) override;
+                                    const TAttributeList &attributes) override;
   /// The type of the property as the instance's class declares it. Looked
   /// up once per element: the class and the name stay for the element.
   TCIMType DeclaredType() const;
@@ -177,7 +177,7 @@ public:
       : TStateProperty(parent.instance, TPropertyAttributes::EKind::kArray) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "property.reference" in an instance.
@@ -188,7 +188,7 @@ public:
       : TStateProperty(parent.instance, TPropertyAttributes::EKind::kReference) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 } // namespace NVRNORV20

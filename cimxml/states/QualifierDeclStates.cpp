@@ -37,13 +37,13 @@ constexpr TScopeBit kFullScopeBits[] = {
 } // namespace
 
 void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &parser,
-                                                             TAttributes &attributes) {
+                                                             const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
     if (parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
         parser.HandleArraySize(attribute, arraySize))
       continue;
-    if (attribute->first == "isarray") {
-      isArray = ConvertBool(attribute->second);
+    if (attribute->name == "isarray") {
+      isArray = ConvertBool(attribute->value);
       isArrayGiven = true;
       continue;
     }
@@ -53,7 +53,7 @@ void TCIMXMLParser::TStateQualifierDeclaration::ElementStart(TCIMXMLParser &pars
 
 void TCIMXMLParser::TStateQualifierDeclaration::ChildElement(TCIMXMLParser &parser,
                                                              const std::string &name,
-                                                             TAttributes &attributes) {
+                                                             const TAttributeList &attributes) {
   using TSelf = TStateQualifierDeclaration;
   // The full grammar takes the scope as optional and one value at most, as
   // the CIM-XML document type does.
@@ -139,18 +139,19 @@ void TCIMXMLParser::TStateQualifierDeclaration::EndFull(TCIMXMLParser &parser) {
   Pop(parser);
 }
 
-void TCIMXMLParser::TStateScope::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateScope::ElementStart(TCIMXMLParser &parser,
+                                              const TAttributeList &attributes) {
   if (IsFull(parser)) {
     // Each attribute says "true" or "false", as DSP0201 writes it.
     for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
       for (const auto &scopeBit : kFullScopeBits)
-        if (attribute->first == scopeBit.attribute && ConvertBool(attribute->second))
+        if (attribute->name == scopeBit.attribute && ConvertBool(attribute->value))
           declaration.scope |= scopeBit.bit;
     return;
   }
   for (const auto &attribute : attributes)
     for (const auto &scopeBit : kScopeBits)
-      if (attribute.first == scopeBit.attribute)
+      if (attribute.name == scopeBit.attribute)
         declaration.scope |= scopeBit.bit;
 }
 

@@ -20,13 +20,13 @@ public:
   enum EPhase : std::int32_t { kScope, kValue, kFullDone };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// "Incompatible attributes" when ISARRAY, ARRAYSIZE and the kind of the
   /// value child disagree; an array value needs a non-zero ARRAYSIZE.
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// An unknown TYPE throws from the object model; the attributes after it
   /// in name order are then not read.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into: the scope and the default value.
   std::uint32_t scope = 0;
@@ -59,7 +59,7 @@ class TCIMXMLParser::TStateScope : public TCIMXMLParser::TParseState {
 public:
   TStateScope(TCIMXMLParser &, TStateQualifierDeclaration &owner) : declaration(owner) {}
 
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 private:
   TStateQualifierDeclaration &declaration;

@@ -7,7 +7,7 @@ namespace NVRNORV20 {
 
 namespace {
 
-std::uint32_t FlavorBit(const std::string &attribute) {
+std::uint32_t FlavorBit(std::string_view attribute) {
   if (attribute == "overridable")
     return ICIMQualifierDecl::kFlavorOverridable;
   if (attribute == "tosubclass")
@@ -19,7 +19,8 @@ std::uint32_t FlavorBit(const std::string &attribute) {
 
 } // namespace
 
-void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser,
+                                                  const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
     if (parser.HandleCIMName(attribute, &qualifierName) || parser.HandleCIMType(attribute, &type) ||
         parser.HandlePropagated(attribute, propagated))
@@ -27,12 +28,12 @@ void TCIMXMLParser::TStateQualifier::ElementStart(TCIMXMLParser &parser, TAttrib
     // The full grammar takes the flavors that the element does not state
     // from the declaration.
     if (parser.HandleQualifierFlavor(attribute, &flavor))
-      flavorGiven |= FlavorBit(attribute->first);
+      flavorGiven |= FlavorBit(attribute->name);
   }
 }
 
 void TCIMXMLParser::TStateQualifier::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   // The full grammar takes one value at most.
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateValue, TStateQualifier>("value"),

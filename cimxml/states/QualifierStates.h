@@ -24,7 +24,7 @@ public:
         inherited(IsFull(parser) ? parent.InheritedObject() : nullptr) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   /// An undeclared qualifier is logged as "TCIMXMLParser: Couldn't find
   /// qualifier " + name and its exception passed on, so it is dropped. A
   /// propagated qualifier is read but never attached. Without a value child
@@ -35,7 +35,7 @@ public:
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// An unknown TYPE throws from the object model; the qualifier then
   /// parses its value child untyped.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the value children write into.
   TCIMType ValueType() const { return type; }

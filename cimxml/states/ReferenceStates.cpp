@@ -32,7 +32,7 @@ std::string NoKeysMessage(const std::string &className) {
 // instancename -------------------------------------------------------------
 
 void TCIMXMLParser::TStateInstanceName::ElementStart(TCIMXMLParser &parser,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute) {
     if (!parser.HandleClassName(attribute, &className))
       continue;
@@ -43,7 +43,7 @@ void TCIMXMLParser::TStateInstanceName::ElementStart(TCIMXMLParser &parser,
 }
 
 void TCIMXMLParser::TStateInstanceName::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                     TAttributes &attributes) {
+                                                     const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateKeyBinding, TStateInstanceName>("keybinding", kStart, kKeyBindings, kKeyBindings),
       Child<TStateKeyValue, TStateInstanceName>("keyvalue", kStart, kStart, kKeyValue),
@@ -120,13 +120,14 @@ void TCIMXMLParser::TStateInstanceName::EndFull(TCIMXMLParser &parser) {
 
 // keybinding ---------------------------------------------------------------
 
-void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateKeyBinding::ElementStart(TCIMXMLParser &parser,
+                                                   const TAttributeList &attributes) {
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
     parser.HandleCIMName(attribute, &keyName);
 }
 
 void TCIMXMLParser::TStateKeyBinding::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   // Any number, in any order: the last key value and any reference count.
   // The full grammar takes exactly one.
   using TSelf = TStateKeyBinding;
@@ -167,12 +168,13 @@ void TCIMXMLParser::TStateKeyBinding::ElementEnd(TCIMXMLParser &parser, const st
 
 // keyvalue -----------------------------------------------------------------
 
-void TCIMXMLParser::TStateKeyValue::ElementStart(TCIMXMLParser &parser, TAttributes &attributes) {
+void TCIMXMLParser::TStateKeyValue::ElementStart(TCIMXMLParser &parser,
+                                                 const TAttributeList &attributes) {
   if (!IsFull(parser))
     return;
   for (auto attribute = attributes.begin(); attribute != attributes.end(); ++attribute)
-    if (attribute->first == "valuetype")
-      valueType = attribute->second;
+    if (attribute->name == "valuetype")
+      valueType = attribute->value;
     else
       parser.HandleCIMType(attribute, &type);
 }
@@ -207,7 +209,8 @@ TCIMXMLParser::TStateValueReference::TStateValueReference(TCIMValue &value)
     : instanceName(boost::shared_ptr<ICIMNamespace>(), std::map<std::string, TCIMValue>()),
       target(value) {}
 
-void TCIMXMLParser::TStateValueReference::ElementStart(TCIMXMLParser &parser, TAttributes &) {
+void TCIMXMLParser::TStateValueReference::ElementStart(TCIMXMLParser &parser,
+                                                       const TAttributeList &) {
   // Only references nest without end in CIM-XML, so the stack holds few
   // other states, and none below a refused reference: counting is cheap.
   std::size_t nesting = 0;
@@ -223,7 +226,7 @@ void TCIMXMLParser::TStateValueReference::ElementStart(TCIMXMLParser &parser, TA
 
 void TCIMXMLParser::TStateValueReference::ChildElement(TCIMXMLParser &parser,
                                                        const std::string &name,
-                                                       TAttributes &attributes) {
+                                                       const TAttributeList &attributes) {
   if (refused) {
     Push(parser, boost::make_shared<TStateDropped>(), attributes);
     return;
@@ -277,7 +280,7 @@ void TCIMXMLParser::TStateValueReference::ElementEnd(TCIMXMLParser &parser, cons
 // dropped -------------------------------------------------------------------
 
 void TCIMXMLParser::TStateDropped::ChildElement(TCIMXMLParser &parser, const std::string &,
-                                                TAttributes &attributes) {
+                                                const TAttributeList &attributes) {
   Push(parser, boost::make_shared<TStateDropped>(), attributes);
 }
 

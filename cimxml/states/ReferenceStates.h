@@ -37,9 +37,9 @@ public:
   TStateInstanceName(TCIMXMLParser &parser, TStateValueReference &parent);
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into.
   TCIMReference &instanceName;
@@ -80,9 +80,9 @@ public:
       : keyClass(parent.keyClass), instanceName(parent.instanceName) {}
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into.
   std::string keyValueText;
@@ -113,7 +113,7 @@ public:
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
   /// The full grammar reads VALUETYPE and TYPE, which type the key when its
   /// class is not loaded.
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
 private:
   std::string &target;
@@ -157,9 +157,9 @@ public:
   }
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
   void ElementEnd(TCIMXMLParser &parser, const std::string &name) override;
-  void ElementStart(TCIMXMLParser &parser, TAttributes &attributes) override;
+  void ElementStart(TCIMXMLParser &parser, const TAttributeList &attributes) override;
 
   // What the children write into.
   std::string host;
@@ -181,7 +181,7 @@ private:
 class TCIMXMLParser::TStateDropped : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 } // namespace NVRNORV20

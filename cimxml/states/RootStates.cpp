@@ -10,7 +10,7 @@
 namespace NVRNORV20 {
 
 void TCIMXMLParser::TStateStart::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                              TAttributes &attributes) {
+                                              const TAttributeList &attributes) {
   using TSelf = TStateStart;
   static constexpr TChildRow kRows[] = {
       Child<TStateCIM, TSelf>("cim"),
@@ -35,7 +35,7 @@ void TCIMXMLParser::TStateStart::ChildElement(TCIMXMLParser &parser, const std::
 }
 
 void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                            TAttributes &attributes) {
+                                            const TAttributeList &attributes) {
   // The full grammar takes exactly one of the two.
   static constexpr TChildRow kRows[] = {
       ClassicChild<TStateDeclaration, TStateCIM>("declaration"),
@@ -47,7 +47,7 @@ void TCIMXMLParser::TStateCIM::ChildElement(TCIMXMLParser &parser, const std::st
 }
 
 void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                    TAttributes &attributes) {
+                                                    const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateDeclGroup, TStateDeclaration>("declgroup"),
       Child<TStateDeclGroupWithName, TStateDeclaration>("declgroup.withname"),
@@ -57,7 +57,7 @@ void TCIMXMLParser::TStateDeclaration::ChildElement(TCIMXMLParser &parser, const
 }
 
 void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                  TAttributes &attributes) {
+                                                  const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateNamespacePath, TStateDeclGroup>("namespacepath", kNamespacePath, kNamespacePath,
                                                   kQualifierDeclarations),
@@ -73,7 +73,7 @@ void TCIMXMLParser::TStateDeclGroup::ChildElement(TCIMXMLParser &parser, const s
 
 void TCIMXMLParser::TStateDeclGroupWithName::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateNamespacePath, TStateDeclGroupWithName>("namespacepath", kNamespacePath,
                                                           kNamespacePath, kQualifierDeclarations),
@@ -89,7 +89,7 @@ void TCIMXMLParser::TStateDeclGroupWithName::ChildElement(TCIMXMLParser &parser,
 
 void TCIMXMLParser::TStateDeclGroupWithPath::ChildElement(TCIMXMLParser &parser,
                                                           const std::string &name,
-                                                          TAttributes &attributes) {
+                                                          const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateValueObjectWithPath, TStateDeclGroupWithPath>("value.objectwithpath"),
       Child<TStateValueObjectWithLocalPath, TStateDeclGroupWithPath>("value.objectwithlocalpath"),

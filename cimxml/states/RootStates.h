@@ -19,7 +19,7 @@ namespace NVRNORV20 {
 class TCIMXMLParser::TStateStart : public TCIMXMLParser::TParseState, public TStandaloneSink {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// The root element. Its attributes (the versions) are not read; its
@@ -31,7 +31,7 @@ public:
   static constexpr std::int32_t kFullDone = 1;
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "declaration": any number of declaration groups of the three kinds, in
@@ -39,7 +39,7 @@ public:
 class TCIMXMLParser::TStateDeclaration : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "declgroup": an optional namespace path, then qualifier declarations,
@@ -50,7 +50,7 @@ public:
   enum EPhase : std::int32_t { kNamespacePath, kQualifierDeclarations, kValueObjects };
 
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 
   /// Filled by the namespace-path children; not read afterwards.
   std::string host;
@@ -62,7 +62,7 @@ public:
 class TCIMXMLParser::TStateDeclGroupWithName : public TCIMXMLParser::TStateDeclGroup {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 /// "declgroup.withpath": only the two value objects that carry a path, in
@@ -70,7 +70,7 @@ public:
 class TCIMXMLParser::TStateDeclGroupWithPath : public TCIMXMLParser::TParseState {
 public:
   void ChildElement(TCIMXMLParser &parser, const std::string &name,
-                    TAttributes &attributes) override;
+                    const TAttributeList &attributes) override;
 };
 
 } // namespace NVRNORV20

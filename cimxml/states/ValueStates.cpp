@@ -27,7 +27,7 @@ void TCIMXMLParser::TStateValue::ElementEnd(TCIMXMLParser &parser, const std::st
 }
 
 void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser, const std::string &name,
-                                                   TAttributes &attributes) {
+                                                   const TAttributeList &attributes) {
   static constexpr TChildRow kRows[] = {
       Child<TStateValue, TStateValueArray>("value"),
       FullChild<TStateValueNull, TStateValueArray>("value.null"),
@@ -50,7 +50,7 @@ TCIMXMLParser::TStateValueNull::TStateValueNull(TCIMXMLParser &, TStateValueRefA
 
 void TCIMXMLParser::TStateValueRefArray::ChildElement(TCIMXMLParser &parser,
                                                       const std::string &name,
-                                                      TAttributes &attributes) {
+                                                      const TAttributeList &attributes) {
   // A reference is appended when the next child starts or the array ends,
   // once its own state has written it.
   if (valueSeen) {

@@ -122,5 +122,42 @@ TEST_F(CIMXMLParserTest, CopiesShareStatesAndCopyResults) {
   EXPECT_EQ(copy.GetClassesCollected(), assigned.GetClassesCollected());
 }
 
+// A subclass's start tags come through the map-based interface, the parser's
+// own through attribute lists: both must read every document alike, the
+// tokenizer's reading of rejected elements and the full grammar's decoding
+// of attribute values included.
+class AttributePathsTest : public TParserFixture {};
+
+TEST_F(AttributePathsTest, MapsAndListsReadAlike) {
+  const std::string rejected = InClassC("<PROPERTY NAME=\"p\" TYPE=\"uint8\"><FOO/></PROPERTY>"
+                                        "<PROPERTY NAME=\"q\" TYPE=\"uint8\"/>");
+  const std::string decoded =
+      InClassC("<PROPERTY NAME=\"a&#x42;&amp;\" TYPE=\"string\" CLASSORIGIN=\"C\r\n\t\"/>"
+               "<PROPERTY NAME=\"b\" TYPE=\"uint8\" type=\"uint16\"/>");
+  const std::vector<std::pair<std::string, EMode>> documents = {
+      {rejected, kClassic},
+      {rejected, kFull},
+      {decoded, kClassic},
+      {decoded, kFull},
+      {ReadFile(std::string(ORV_EXAMPLES_DIR) + "/schema.xml"), kClassic},
+      {ReadFile(std::string(ORV_EXAMPLES_DIR) + "/schema.xml"), kFull},
+  };
+  for (const auto &document : documents) {
+    SCOPED_TRACE(document.first.substr(0, 120));
+    std::pair<std::vector<std::string>, std::vector<std::string>> read[2];
+    for (bool maps : {false, true}) {
+      Reset();
+      throughMaps = maps;
+      Parse(document.first, document.second);
+      read[maps ? 1 : 0] = {Log(), Mof()};
+    }
+    EXPECT_EQ(read[0], read[1]);
+    // The made-up documents are there for their errors.
+    if (&document - documents.data() < 4) {
+      EXPECT_FALSE(read[0].first.empty());
+    }
+  }
+}
+
 } // namespace
 } // namespace orvtest

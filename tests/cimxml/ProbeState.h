@@ -24,7 +24,8 @@ class TProbeState : public NVRNORV20::TCIMXMLParser::TParseState {
   using TParser = NVRNORV20::TCIMXMLParser;
 
 public:
-  void ChildElement(TParser &parser, const std::string &name, TAttributes &attributes) override {
+  void ChildElement(TParser &parser, const std::string &name,
+                    const TAttributeList &attributes) override {
     static constexpr TChildRow kRows[] = {
         Child<TParser::TStateNamespacePath, TProbeState>("namespacepath"),
         Child<TParser::TStateLocalNamespacePath, TProbeState>("localnamespacepath"),
@@ -51,7 +52,7 @@ public:
                                             const std::string &xml) {
     auto probe = boost::make_shared<TProbeState>();
     TParser parser(ns);
-    TAttributes none;
+    const TAttributeList none;
     Push(parser, probe, none);
     std::vector<char> buffer(xml.begin(), xml.end());
     buffer.push_back('\0');
