@@ -111,6 +111,7 @@ void TCIMXMLParser::Parse(char *buffer) {
   // A class of the last document may have been replaced since.
   embeddedProperties.clear();
   foldFacet = nullptr; // names fold with the locale of this document's start
+  openNameCount = 0;
   SetXmlCharacters(readOptions.grammar == ECIMXMLGrammar::kFull);
   TXmlParser::Parse(buffer);
   parseUnfinished = stateStack.size() != 1;
@@ -127,14 +128,14 @@ TCIMXMLParser::~TCIMXMLParser() = default;
 // every name cost a tenth of a load. The standard facet folds each byte
 // alone, so its answers for the 256 bytes are kept in a table and names fold
 // without a call per element.
-const std::string &TCIMXMLParser::FoldElementName(const char *name) {
+const std::string &TCIMXMLParser::FoldElementName(const char *name, std::string &into) {
   const std::size_t length = name != nullptr ? std::strlen(name) : 0;
   // Names are mostly of a few lengths in turn: resizing only on a change
   // of length keeps the copy below a plain loop.
-  if (foldedName.size() != length)
-    foldedName.resize(length);
+  if (into.size() != length)
+    into.resize(length);
   if (length == 0)
-    return foldedName;
+    return into;
   if (foldFacet == nullptr) {
     foldLocale = std::locale();
     const auto &facet = std::use_facet<std::ctype<char>>(foldLocale);
@@ -149,11 +150,11 @@ const std::string &TCIMXMLParser::FoldElementName(const char *name) {
     foldFacet = &facet;
   }
   if (!foldByTable) {
-    foldedName.assign(name, length);
-    foldFacet->tolower(&foldedName[0], &foldedName[0] + length);
-    return foldedName;
+    into.assign(name, length);
+    foldFacet->tolower(&into[0], &into[0] + length);
+    return into;
   }
-  char *out = &foldedName[0];
+  char *out = &into[0];
   std::size_t i = 0;
   if (foldAscii)
     for (; i + sizeof(std::uint64_t) <= length; i += sizeof(std::uint64_t)) {
@@ -164,7 +165,27 @@ const std::string &TCIMXMLParser::FoldElementName(const char *name) {
     }
   for (; i < length; ++i)
     out[i] = foldTable[static_cast<unsigned char>(name[i])];
-  return foldedName;
+  return into;
+}
+
+// An end tag's name is the start tag's own pointer, so the name folded at
+// the start is found again by that pointer. Entries above the one found
+// belong to elements whose end was not reported; they go with it.
+const std::string &TCIMXMLParser::FoldStartName(const char *name) {
+  if (openNameCount == openNames.size())
+    openNames.emplace_back();
+  TOpenName &open = openNames[openNameCount++];
+  open.source = name;
+  return FoldElementName(name, open.folded);
+}
+
+const std::string &TCIMXMLParser::FoldEndName(const char *name) {
+  for (std::size_t at = openNameCount; at > 0; --at)
+    if (openNames[at - 1].source == name) {
+      openNameCount = at - 1;
+      return openNames[at - 1].folded;
+    }
+  return FoldElementName(name, foldedName);
 }
 
 void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
@@ -192,7 +213,8 @@ TXmlParser::EStartVerdict TCIMXMLParser::StartElementList(const char *name,
 
 TXmlParser::EStartVerdict TCIMXMLParser::StartElementCore(const char *name,
                                                           const TXmlAttributeList &attributes) {
-  const std::string &folded = FoldElementName(name);
+  poppedStates.clear();
+  const std::string &folded = FoldStartName(name);
   // A rejected element's end tag pops its parent, so a broken document can
   // empty the stack; a start tag then has no state to go to.
   if (stateStack.empty() || !stateStack.back())
@@ -229,20 +251,21 @@ TXmlParser::EStartVerdict TCIMXMLParser::StartElementCore(const char *name,
 }
 
 void TCIMXMLParser::EndElement(const char *name) {
-  const std::string &folded = FoldElementName(name);
+  const std::string &folded = FoldEndName(name);
   if (stateStack.empty() || !stateStack.back())
     throw TORVException();
-  // Held for the call: the state pops itself, and with it the stack's
-  // reference, as its last action.
-  const TParseStatePtr top = stateStack.back();
+  // The state pops itself as its last action; Pop keeps it alive until the
+  // call is over.
+  TParseState &top = *stateStack.back();
   try {
-    top->ElementEnd(*this, folded);
+    top.ElementEnd(*this, folded);
   } catch (TORVException &ex) {
     LogParseError(std::string("TCIMXMLParser: EndElement: Threw exception ") + ex.what() +
                   " on line " + std::to_string(GetCurLine()));
     if (!stateStack.empty())
       stateStack.pop_back();
   }
+  poppedStates.clear();
 }
 
 void TCIMXMLParser::processingInstruction(const char *, const char *) {}
@@ -655,9 +678,14 @@ void TCIMXMLParser::TParseState::Push(TCIMXMLParser &parser, const TParseStatePt
   state->ElementStart(parser, attributes);
 }
 
+// A popped state may still be running (it pops itself as its last action,
+// or hands its child on after popping), so it is released only when the
+// parser's event is over.
 void TCIMXMLParser::TParseState::Pop(TCIMXMLParser &parser) {
-  if (!parser.stateStack.empty())
-    parser.stateStack.pop_back();
+  if (parser.stateStack.empty())
+    return;
+  parser.poppedStates.push_back(std::move(parser.stateStack.back()));
+  parser.stateStack.pop_back();
 }
 
 boost::shared_ptr<ICIMNamespace> TCIMXMLParser::TParseState::Scratch(TCIMXMLParser &parser) {

@@ -253,9 +253,18 @@ private:
                      std::pair<boost::shared_ptr<ICIMClass>, std::vector<std::string>>>
       embeddedProperties;
 
-  /// Element names are folded into this buffer, reused from element to
-  /// element, so that a name costs no allocation once the buffer is long
-  /// enough.
+  /// Element names are folded into reused buffers, so that a name costs no
+  /// allocation once they are long enough: one per open element, found
+  /// again at its end by the name's pointer, and one for names met
+  /// otherwise.
+  struct TOpenName {
+    const char *source = nullptr;
+    std::string folded;
+  };
+  /// The states popped during the current event, released after it.
+  std::vector<TParseStatePtr> poppedStates;
+  std::vector<TOpenName> openNames;
+  std::size_t openNameCount = 0;
   std::string foldedName;
   /// The global locale whose ctype facet foldTable was taken from, and the
   /// facet (none until a name is folded in this document); foldByTable says whether the facet folds
@@ -283,7 +292,11 @@ private:
 
   /// The name folded with the global locale as it stood when the document
   /// started.
-  const std::string &FoldElementName(const char *name);
+  const std::string &FoldElementName(const char *name, std::string &into);
+  /// A start tag's name, folded and kept until its end tag.
+  const std::string &FoldStartName(const char *name);
+  /// An end tag's name, as its start tag's was folded.
+  const std::string &FoldEndName(const char *name);
 
   /// The namespace for one call; throws kORVStatusNamespaceGone when the
   /// caller no longer holds it.

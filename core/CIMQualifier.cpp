@@ -68,9 +68,10 @@ TCIMQualifier::Make(boost::shared_ptr<ICIMQualifierDecl> declaration, const TCIM
   if (!declaration)
     throw TORVException(TORVStatusCode(kORVStatusNullObject));
   TCIMValue fitted = FitValue(value, declaration->GetType());
-  std::string name = declaration->GetName();
-  return boost::make_shared<TCIMQualifier>(std::move(name), std::move(declaration),
-                                           std::move(fitted), flavor, false);
+  // The name is the declaration's: the qualifier keeps no copy of it.
+  const std::string &name = declaration->GetName();
+  return boost::make_shared<TCIMQualifier>(name, std::move(declaration), std::move(fitted), flavor,
+                                           false);
 }
 
 boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakeAbsent(const std::string &name) {
@@ -83,14 +84,14 @@ boost::shared_ptr<TCIMQualifier> TCIMQualifier::MakePropagated(ICIMQualifier &in
                                            inherited.GetValue(), inherited.GetFlavor(), true);
 }
 
-TCIMQualifier::TCIMQualifier(std::string qualifierName,
+TCIMQualifier::TCIMQualifier(const std::string &qualifierName,
                              boost::shared_ptr<ICIMQualifierDecl> qualifierDecl,
                              TCIMValue qualifierValue, std::uint32_t qualifierFlavor,
                              bool isPropagated)
     : declaration(std::move(qualifierDecl)), value(std::move(qualifierValue)),
       flavor(qualifierFlavor), propagated(isPropagated) {
   if (!declaration || declaration->GetName() != qualifierName)
-    ownName = std::make_unique<const std::string>(std::move(qualifierName));
+    ownName = std::make_unique<const std::string>(qualifierName);
 }
 
 TCIMValue TCIMQualifier::FitValue(const TCIMValue &given, TCIMType declared) {

@@ -58,8 +58,8 @@ public:
   /// marked propagated.
   static boost::shared_ptr<TCIMQualifier> MakePropagated(ICIMQualifier &inherited);
 
-  TCIMQualifier(std::string name, boost::shared_ptr<ICIMQualifierDecl> declaration, TCIMValue value,
-                std::uint32_t flavor, bool propagated);
+  TCIMQualifier(const std::string &name, boost::shared_ptr<ICIMQualifierDecl> declaration,
+                TCIMValue value, std::uint32_t flavor, bool propagated);
 
   const std::string &GetName(const TCIMOptions &options = TCIMOptions()) override;
   boost::shared_ptr<ICIMQualifierDecl>
