@@ -110,6 +110,7 @@ void TCIMXMLParser::Parse(char *buffer) {
   keepPropagated = false;
   // A class of the last document may have been replaced since.
   embeddedProperties.clear();
+  declaredTypes.clear();
   foldFacet = nullptr; // names fold with the locale of this document's start
   openNameCount = 0;
   SetXmlCharacters(readOptions.grammar == ECIMXMLGrammar::kFull);
@@ -394,6 +395,28 @@ std::vector<boost::shared_ptr<ICIMInstance>> TCIMXMLParser::GetInstancesCollecte
 
 void TCIMXMLParser::SetQN402Mode() {
   qn402Mode = true;
+}
+
+TCIMType TCIMXMLParser::DeclaredPropertyType(const boost::shared_ptr<ICIMClass> &cls,
+                                             const std::string &name) {
+  TDeclaredTypes &known = declaredTypes[cls.get()];
+  if (!known.cls)
+    known.cls = cls;
+  const std::size_t count = known.types.size();
+  for (std::size_t tried = 0; tried < count; ++tried) {
+    const std::size_t at = (known.next + tried) % count;
+    if (known.types[at].first == name) {
+      known.next = (at + 1) % count;
+      return known.types[at].second;
+    }
+  }
+  const boost::shared_ptr<ICIMPropertyDecl> declaration = cls->GetProperty(name);
+  if (!declaration)
+    throw TORVException(TORVStatusCode(kORVStatusNullObject));
+  const TCIMType type = declaration->GetType();
+  if (count < kKnownTypes)
+    known.types.emplace_back(name, type);
+  return type;
 }
 
 boost::shared_ptr<ICIMNamespace> TCIMXMLParser::LockNamespace() const {

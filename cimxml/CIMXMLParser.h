@@ -252,6 +252,20 @@ private:
   std::unordered_map<const ICIMClass *,
                      std::pair<boost::shared_ptr<ICIMClass>, std::vector<std::string>>>
       embeddedProperties;
+  /// Per class whose instances were read, the declared types of the
+  /// properties met, under the names as written: the instances of an
+  /// enumeration list their properties in one order, so the entry after the
+  /// last one found is tried first. At most kKnownTypes names per class.
+  struct TDeclaredTypes {
+    boost::shared_ptr<ICIMClass> cls; // keeps the key's class alive
+    std::vector<std::pair<std::string, TCIMType>> types;
+    std::size_t next = 0;
+  };
+  static constexpr std::size_t kKnownTypes = 256;
+  std::unordered_map<const ICIMClass *, TDeclaredTypes> declaredTypes;
+  /// The type that the class declares for the property; throws as the
+  /// class's GetProperty does for a name it does not declare.
+  TCIMType DeclaredPropertyType(const boost::shared_ptr<ICIMClass> &cls, const std::string &name);
 
   /// Element names are folded into reused buffers, so that a name costs no
   /// allocation once they are long enough: one per open element, found

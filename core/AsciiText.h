@@ -5,6 +5,8 @@
 #define ORV_CORE_ASCIITEXT_H
 
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace NVRNORV20 {
@@ -13,6 +15,19 @@ namespace NVRNORV20 {
 /// byte (UTF-8 included) is left as it is.
 inline char FoldAscii(char c) {
   return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// FoldAscii of each of the eight bytes of a word at once: a byte whose low
+/// seven bits lie in 'A'..'Z' and whose high bit is clear gains 0x20.
+inline std::uint64_t AsciiLowerWord(std::uint64_t word) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  const std::uint64_t low = word & ~kHighBits;
+  // Each byte's high bit tells low >= 'A', then low > 'Z'; no sum carries
+  // into the next byte.
+  const std::uint64_t fromA = low + 0x3F3F3F3F3F3F3F3Fu;
+  const std::uint64_t pastZ = low + 0x2525252525252525u;
+  const std::uint64_t upper = fromA & ~pastZ & ~word & kHighBits;
+  return word | (upper >> 2);
 }
 
 /// Whether two texts are the same but for the letter case of ASCII letters.

@@ -3,6 +3,8 @@
 #ifndef ORV_XML_XMLBYTES_H
 #define ORV_XML_XMLBYTES_H
 
+#include "core/AsciiText.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,19 +18,6 @@ namespace NVRNORV20 {
 inline int AsciiLower(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
-}
-
-/// AsciiLower of each of the eight bytes of a word at once: a byte whose low
-/// seven bits lie in 'A'..'Z' and whose high bit is clear gains 0x20.
-inline std::uint64_t AsciiLowerWord(std::uint64_t word) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-  const std::uint64_t low = word & ~kHighBits;
-  // Each byte's high bit tells low >= 'A', then low > 'Z'; no sum carries
-  // into the next byte.
-  const std::uint64_t fromA = low + 0x3F3F3F3F3F3F3F3Fu;
-  const std::uint64_t pastZ = low + 0x2525252525252525u;
-  const std::uint64_t upper = fromA & ~pastZ & ~word & kHighBits;
-  return word | (upper >> 2);
 }
 
 /// Whether two texts are equal with ASCII letters in either case, as CIM

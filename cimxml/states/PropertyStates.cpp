@@ -157,7 +157,7 @@ void TCIMXMLParser::TStateProperty::ElementStart(TCIMXMLParser &parser,
     declaredType = property.ElementType();
     declaredTypeKnown = true;
   }
-  if (!QN402Mode(parser) && DeclaredType() != property.ElementType())
+  if (!QN402Mode(parser) && DeclaredType(parser) != property.ElementType())
     parser.FatalError("Property type != property declaration type");
 }
 
@@ -217,6 +217,17 @@ TCIMType TCIMXMLParser::TStateProperty::DeclaredType() const {
       declaredType = Require(cls->GetProperty(property.name)).GetType();
     else
       declaredType = Require(read.GetPropertyDecl(property.name)).GetDeclaredType();
+    declaredTypeKnown = true;
+  }
+  return declaredType;
+}
+
+TCIMType TCIMXMLParser::TStateProperty::DeclaredType(TCIMXMLParser &parser) const {
+  if (!declaredTypeKnown) {
+    boost::shared_ptr<ICIMClass> cls = Require(instance).GetClass();
+    if (!cls)
+      return DeclaredType();
+    declaredType = parser.DeclaredPropertyType(cls, property.name);
     declaredTypeKnown = true;
   }
   return declaredType;

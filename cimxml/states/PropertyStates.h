@@ -156,6 +156,8 @@ protected:
   /// The type of the property as the instance's class declares it. Looked
   /// up once per element: the class and the name stay for the element.
   TCIMType DeclaredType() const;
+  /// The same, through the parser's memory of the class's declarations.
+  TCIMType DeclaredType(TCIMXMLParser &parser) const;
   /// Whether the instance's class declares the property's values embedded
   /// objects.
   bool DeclaredEmbedded(TCIMXMLParser &parser) const;

@@ -211,6 +211,9 @@ TCIMXMLParser::TStateValueReference::TStateValueReference(TCIMValue &value)
 
 void TCIMXMLParser::TStateValueReference::ElementStart(TCIMXMLParser &parser,
                                                        const TAttributeList &) {
+  // A stack no deeper than the bound cannot hold more references than it.
+  if (parser.stateStack.size() <= kMaxNesting)
+    return;
   // Only references nest without end in CIM-XML, so the stack holds few
   // other states, and none below a refused reference: counting is cheap.
   std::size_t nesting = 0;
