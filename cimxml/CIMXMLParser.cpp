@@ -655,7 +655,7 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
   for (std::size_t i = 0; i < rowCount && found == nullptr; ++i) {
     const TChildRow &row = rows[i];
     if ((row.grammars & grammar) != 0 && phase >= row.firstPhase && phase <= row.lastPhase &&
-        name.size() == row.nameLength && std::memcmp(name.data(), row.name, name.size()) == 0)
+        name.size() == row.nameLength && SameBytes(name.data(), row.name, name.size()))
       found = &row;
   }
   if (found == nullptr) {
@@ -672,7 +672,7 @@ void TCIMXMLParser::TParseState::AcceptChild(TCIMXMLParser &parser, const std::s
     TParseStatePtr child = found->enter(parser, *this);
     if (grammar == kFullGrammar)
       child->line = parser.GetCurLine();
-    parser.stateStack.push_back(child);
+    parser.stateStack.push_back(std::move(child));
   }
   parser.stateStack.back()->ElementStart(parser, attributes);
 }

@@ -221,9 +221,26 @@ inline bool TXmlParser::ConsumeName() {
     FatalError("Invalid element/attribute name");
     return false;
   }
+  // Four bytes a round: a byte is read only after the one before it was a
+  // name byte, so never past the terminator.
   char *p = cursor;
-  while (ClassOf(*p) & kNameChar)
-    ++p;
+  for (;;) {
+    if (!(ClassOf(p[0]) & kNameChar))
+      break;
+    if (!(ClassOf(p[1]) & kNameChar)) {
+      p += 1;
+      break;
+    }
+    if (!(ClassOf(p[2]) & kNameChar)) {
+      p += 2;
+      break;
+    }
+    if (!(ClassOf(p[3]) & kNameChar)) {
+      p += 3;
+      break;
+    }
+    p += 4;
+  }
   cursor = p;
   return true;
 }
@@ -453,11 +470,18 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   const std::size_t nameLength = static_cast<std::size_t>(cursor - name);
   // A handler that reads lists gets spans into the buffer; only the map
   // path reads through the overridable GetAttributeNValue.
-  const bool listed = caches->attributeLists;
-  TAttributes attributes = listed ? (ReadAttributes(), TAttributes()) : GetAttributeNValue();
+  if (caches->attributeLists) {
+    ReadAttributes();
+    return EndStartTag(name, nameLength, nullptr, emptyResult);
+  }
+  TAttributes attributes = GetAttributeNValue();
   // However the tag ends, its map serves a later tag with the same names.
   const TMapKeeper keeper{caches->attributeMaps, attributes};
+  return EndStartTag(name, nameLength, &attributes, emptyResult);
+}
 
+TXmlParser::EStartTag TXmlParser::EndStartTag(char *name, std::size_t nameLength,
+                                              TAttributes *attributes, bool &emptyResult) {
   bool empty = false;
   const char closer = NextByte();
   if (closer == '/') {
@@ -475,8 +499,9 @@ TXmlParser::EStartTag TXmlParser::ReadStartTag(bool &emptyResult) {
   openElements.push_back({name, nameLength, name[nameLength], true, false});
   WriteByte(name + nameLength, '\0');
 
-  const EStartVerdict verdict = listed ? StartElementList(name, caches->attributeMaps.List())
-                                       : StartElementWithMap(name, attributes);
+  const EStartVerdict verdict = attributes != nullptr
+                                    ? StartElementWithMap(name, *attributes)
+                                    : StartElementList(name, caches->attributeMaps.List());
   if (verdict == EStartVerdict::kFormatRejected)
     openElements.back().result = false;
   else if (verdict == EStartVerdict::kValueRejected)

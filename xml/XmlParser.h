@@ -179,6 +179,10 @@ private:
 
   enum class EStartTag { kFailed, kEmpty, kOpened };
   EStartTag ReadStartTag(bool &emptyResult);
+  /// The rest of a start tag whose attributes were read: its end, and the
+  /// handler's part (with the map, or else with the gathered list).
+  EStartTag EndStartTag(char *name, std::size_t nameLength, TAttributes *attributes,
+                        bool &emptyResult);
   enum class EContent { kChild, kDone };
   EContent ReadContent(bool &doneResult);
   void CloseInnermostElement();
