@@ -4,7 +4,9 @@
 #include "core_api/ORVStatusCode.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -30,17 +32,19 @@ namespace {
 /// as an element of an array inside a reference (its own text).
 enum class ERegistryRole : std::uint8_t { kInstanceKey, kPathKey, kPathElement };
 
-void AppendCounted(std::string &key, char tag, std::string_view text) {
-  key += tag;
-  key += std::to_string(text.size());
-  key += ':';
-  key.append(text.data(), text.size());
+void AppendCount(std::string &key, char tag, std::size_t count) {
+  // The tag, the count in decimal and the colon, without a string for the
+  // number.
+  char text[2 + std::numeric_limits<std::size_t>::digits10 + 1];
+  text[0] = tag;
+  char *end = std::to_chars(text + 1, text + sizeof text - 1, count).ptr;
+  *end++ = ':';
+  key.append(text, static_cast<std::size_t>(end - text));
 }
 
-void AppendCount(std::string &key, char tag, std::size_t count) {
-  key += tag;
-  key += std::to_string(count);
-  key += ':';
+void AppendCounted(std::string &key, char tag, std::string_view text) {
+  AppendCount(key, tag, text.size());
+  key.append(text.data(), text.size());
 }
 
 bool IsBarePathKey(ECIMType type) {
