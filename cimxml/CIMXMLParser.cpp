@@ -596,7 +596,13 @@ unsigned TCIMXMLParser::ConvertUnsignedInt(std::string_view text) {
 
 TCIMValue TCIMXMLParser::ParseValue(TCIMType type, std::string &text) {
   TCIMValue result;
-  const boost::shared_ptr<ICIMNamespace> ns = LockNamespace();
+  // Only a reference's text needs the namespace; for the rest, asking
+  // whether it is still there costs no change to its counts.
+  boost::shared_ptr<ICIMNamespace> ns;
+  if (type == kCIMTypeReference)
+    ns = LockNamespace();
+  else if (cimNamespace.expired())
+    throw TORVException(TORVStatusCode(kORVStatusNamespaceGone));
   try {
     result = TCIMValue(TCIMType(type), text, ns);
   } catch (TORVException &ex) {
@@ -883,7 +889,7 @@ void TCIMXMLParser::TParseState::ReadEmbedded(TCIMXMLParser &parser, TCIMValue &
   std::vector<TCIMValue> elements = value.GetElements();
   for (TCIMValue &element : elements)
     readOne(element);
-  value.Set(value.GetType(), value.GetCount(), elements);
+  value.Set(value.GetType(), value.GetCount(), std::move(elements));
 }
 
 bool TCIMXMLParser::TParseState::DeclaresEmbedded(ICIMQualifiedObject &declaration) {

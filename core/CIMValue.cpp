@@ -276,12 +276,17 @@ const std::vector<TCIMValue> &TCIMValue::GetElements() const {
 
 void TCIMValue::Set(TCIMType elementType, unsigned int declaredCount,
                     const std::vector<TCIMValue> &newElements) {
+  Set(elementType, declaredCount, std::vector<TCIMValue>(newElements));
+}
+
+void TCIMValue::Set(TCIMType elementType, unsigned int declaredCount,
+                    std::vector<TCIMValue> &&newElements) {
   const TCIMType scalarType = elementType.GetElementType();
   if (scalarType == kCIMTypeNone)
     Throw(kORVStatusInvalidArgument);
   // Built before anything changes, so a failed allocation leaves the value.
   auto fresh = boost::make_shared<TPayload>();
-  fresh->elements = newElements;
+  fresh->elements = std::move(newElements);
   if (scalarType == kCIMTypeReference && payload)
     fresh->referencedClass = payload->referencedClass;
   ChangeStorage(scalarType.GetArrayType());

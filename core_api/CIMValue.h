@@ -141,6 +141,8 @@ public:
   /// Makes this an array of the given element type (the array flag is added
   /// when missing). count is the declared size; the elements are copied.
   void Set(TCIMType type, unsigned int count, const std::vector<TCIMValue> &elements);
+  /// The same, taking the elements over.
+  void Set(TCIMType type, unsigned int count, std::vector<TCIMValue> &&elements);
   /// Makes this a reference value holding a copy of the reference.
   void Set(const TCIMReference &reference);
   /// The class that a reference value (or a typed null reference) points

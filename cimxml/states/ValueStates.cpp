@@ -2,6 +2,8 @@
 
 #include "cimxml/states/ReferenceStates.h"
 
+#include <utility>
+
 namespace NVRNORV20 {
 
 namespace {
@@ -36,7 +38,7 @@ void TCIMXMLParser::TStateValueArray::ChildElement(TCIMXMLParser &parser, const 
 }
 
 void TCIMXMLParser::TStateValueArray::ElementEnd(TCIMXMLParser &parser, const std::string &) {
-  target.Set(elementType, count, elements);
+  target.Set(elementType, count, std::move(elements));
   Pop(parser);
 }
 
@@ -68,7 +70,7 @@ void TCIMXMLParser::TStateValueRefArray::ChildElement(TCIMXMLParser &parser,
 void TCIMXMLParser::TStateValueRefArray::ElementEnd(TCIMXMLParser &parser, const std::string &) {
   if (valueSeen)
     elements.push_back(value);
-  target.Set(TCIMType(kCIMTypeReference), 0, elements);
+  target.Set(TCIMType(kCIMTypeReference), 0, std::move(elements));
   Pop(parser);
 }
 
