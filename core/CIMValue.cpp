@@ -287,6 +287,10 @@ void TCIMValue::Set(TCIMType elementType, unsigned int declaredCount,
   // Built before anything changes, so a failed allocation leaves the value.
   auto fresh = boost::make_shared<TPayload>();
   fresh->elements = std::move(newElements);
+  // A vector that grew element by element has room to spare, which a value
+  // kept for the life of a schema should not hold: the elements move into
+  // storage of their own size (their texts stay where they are).
+  fresh->elements.shrink_to_fit();
   if (scalarType == kCIMTypeReference && payload)
     fresh->referencedClass = payload->referencedClass;
   ChangeStorage(scalarType.GetArrayType());
