@@ -146,8 +146,8 @@ public:
   bool valueSeen = false;
 
 protected:
-  TStateProperty(boost::shared_ptr<ICIMInstance> owner, TPropertyAttributes::EKind kind)
-      : instance(std::move(owner)), property(kind) {}
+  TStateProperty(const boost::shared_ptr<ICIMInstance> &owner, TPropertyAttributes::EKind kind)
+      : instance(owner), property(kind) {}
 
   /// Ends the property and hands the child to the instance (see the class
   /// comment).
@@ -162,7 +162,9 @@ protected:
   /// objects.
   bool DeclaredEmbedded(TCIMXMLParser &parser) const;
 
-  boost::shared_ptr<ICIMInstance> instance;
+  /// The instance state's own pointer, which outlives the property: the
+  /// property takes no share of the instance.
+  const boost::shared_ptr<ICIMInstance> &instance;
   TPropertyAttributes property;
 
 private:
