@@ -7,6 +7,7 @@
 //   ProfileRun load DOC [PREREQ]       the class loader, from the file
 //   ProfileRun instances DOC PREREQ    the instance loader, after PREREQ
 //   ProfileRun tokenizer DOC           our tokenizer, handlers doing nothing
+//   ProfileRun spans DOC               the same, attributes taken as spans
 //   ProfileRun expat DOC               expat with empty handlers
 //   ProfileRun pugixml DOC             pugixml's in-place parse
 //
@@ -62,6 +63,11 @@ __attribute__((noinline)) bool MeasuredPass(TRun &run) {
     tokenizer.Parse(run.bytes.data());
     return tokenizer.firstError.empty();
   }
+  if (run.method == "spans") {
+    orvbench::TNullSpanTokenizer tokenizer;
+    tokenizer.Parse(run.bytes.data());
+    return tokenizer.firstError.empty();
+  }
 #ifdef ORV_HAVE_EXPAT
   if (run.method == "expat") {
     XML_Parser parser = XML_ParserCreate(nullptr);
@@ -87,7 +93,8 @@ __attribute__((noinline)) bool MeasuredPass(TRun &run) {
 
 int main(int argc, char **argv) {
   if (argc < 3) {
-    std::fprintf(stderr, "usage: ProfileRun load|instances|tokenizer|expat|pugixml DOC [PREREQ]\n");
+    std::fprintf(stderr,
+                 "usage: ProfileRun load|instances|tokenizer|spans|expat|pugixml DOC [PREREQ]\n");
     return 2;
   }
   TRun run;

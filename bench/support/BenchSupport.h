@@ -35,6 +35,16 @@ public:
   std::string firstError;
 };
 
+/// The same, taking each start tag's attributes as spans into the buffer,
+/// as the CIM-XML parser does, instead of the attribute map.
+class TNullSpanTokenizer : public TNullTokenizer {
+protected:
+  bool ReadsAttributeLists() const override { return true; }
+  EStartVerdict StartElementList(const char *, const NVRNORV20::TXmlAttributeList &) override {
+    return EStartVerdict::kAccepted;
+  }
+};
+
 /// Keeps the first level-3 message, so that a document that does not load
 /// whole is reported once rather than flooding the output.
 class TQuietLogger : public NVRNORV20::ILogger {
