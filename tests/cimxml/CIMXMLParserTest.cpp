@@ -93,9 +93,14 @@ TEST_F(CIMXMLParserTest, ParseValueReadsThroughTheObjectModel) {
       {3, "Invalid datetime found on line 1.  Defaulting the datetime to 1970-01-01 00:00:00."}};
   EXPECT_EQ(expected, logger.entries);
   // The parser does not keep its namespace alive.
+  // Only a reference's text takes the namespace, but every type finds it
+  // gone.
+  std::string path = "A.k=1";
+  EXPECT_EQ(TCIMType(kCIMTypeReference),
+            parser.ParseValue(TCIMType(kCIMTypeReference), path).GetType());
   ns.reset();
-  EXPECT_EQ(StatusOf([&] { parser.ParseValue(TCIMType(kCIMTypeUint8), text); }),
-            kORVStatusNamespaceGone);
+  for (const ECIMType gone : {kCIMTypeUint8, kCIMTypeReference})
+    EXPECT_EQ(StatusOf([&] { parser.ParseValue(TCIMType(gone), path); }), kORVStatusNamespaceGone);
 }
 
 TEST_F(CIMXMLParserTest, CopiesShareStatesAndCopyResults) {
@@ -106,7 +111,9 @@ TEST_F(CIMXMLParserTest, CopiesShareStatesAndCopyResults) {
 
   TCIMXMLParser copy(parser);
   copy.StartElement("property", property);
-  copy.EndElement("property");
+  // An end name that is not its start tag's own pointer is folded afresh.
+  const std::string end = "PROPERTY";
+  copy.EndElement(end.c_str());
   // The copy moved the class's state past its qualifiers, for both.
   parser.StartElement("qualifier", none);
   EXPECT_EQ(std::vector<std::string>{Err("Unexpected element qualifier")}, logger.Texts());
@@ -134,7 +141,13 @@ TEST_F(AttributePathsTest, MapsAndListsReadAlike) {
   const std::string decoded =
       InClassC("<PROPERTY NAME=\"a&#x42;&amp;\" TYPE=\"string\" CLASSORIGIN=\"C\r\n\t\"/>"
                "<PROPERTY NAME=\"b\" TYPE=\"uint8\" type=\"uint16\"/>");
+  // A property of an instance that meets another element ends there and is
+  // rejected, so that the tokenizer reads on as the rejection says.
+  const std::string cut = Objects({"<INSTANCE CLASSNAME=\"P\"><PROPERTY NAME=\"n\" "
+                                   "TYPE=\"uint8\"><PROPERTY NAME=\"s\" TYPE=\"string\"><VALUE>x"
+                                   "</VALUE></PROPERTY><VALUE>1</VALUE></PROPERTY></INSTANCE>"});
   const std::vector<std::pair<std::string, EMode>> documents = {
+      {cut, kClassic},
       {rejected, kClassic},
       {rejected, kFull},
       {decoded, kClassic},
@@ -146,14 +159,15 @@ TEST_F(AttributePathsTest, MapsAndListsReadAlike) {
     SCOPED_TRACE(document.first.substr(0, 120));
     std::pair<std::vector<std::string>, std::vector<std::string>> read[2];
     for (bool maps : {false, true}) {
-      Reset();
+      Reset({Objects({"<CLASS NAME=\"P\"><PROPERTY NAME=\"n\" TYPE=\"uint8\"/><PROPERTY "
+                      "NAME=\"s\" TYPE=\"string\"/></CLASS>"})});
       throughMaps = maps;
       Parse(document.first, document.second);
       read[maps ? 1 : 0] = {Log(), Mof()};
     }
     EXPECT_EQ(read[0], read[1]);
     // The made-up documents are there for their errors.
-    if (&document - documents.data() < 4) {
+    if (&document - documents.data() < 5) {
       EXPECT_FALSE(read[0].first.empty());
     }
   }
