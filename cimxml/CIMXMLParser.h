@@ -267,16 +267,17 @@ private:
   /// class's GetProperty does for a name it does not declare.
   TCIMType DeclaredPropertyType(const boost::shared_ptr<ICIMClass> &cls, const std::string &name);
 
-  /// Element names are folded into reused buffers, so that a name costs no
-  /// allocation once they are long enough: one per open element, found
-  /// again at its end by the name's pointer, and one for names met
-  /// otherwise.
+  /// An open element's name as the tokenizer handed it, and folded.
   struct TOpenName {
     const char *source = nullptr;
     std::string folded;
   };
   /// The states popped during the current event, released after it.
   std::vector<TParseStatePtr> poppedStates;
+  /// Element names are folded into reused buffers, so that a name costs no
+  /// allocation once they are long enough: one per open element (the first
+  /// openNameCount entries), found again at its end by the name's pointer,
+  /// and foldedName for names met otherwise.
   std::vector<TOpenName> openNames;
   std::size_t openNameCount = 0;
   std::string foldedName;
