@@ -193,8 +193,8 @@ void TCIMXMLParser::StartElement(const char *name, TAttributes &attributes) {
   mapAttributes.clear();
   for (const auto &attribute : attributes)
     mapAttributes.push_back(TXmlAttribute{attribute.first, attribute.second});
-  const EStartVerdict verdict =
-      StartElementCore(name, TXmlAttributeList(mapAttributes.data(), mapAttributes.size()));
+  const EStartVerdict verdict = TCIMXMLParser::StartElementList(
+      name, TXmlAttributeList(mapAttributes.data(), mapAttributes.size()));
   // The tokenizer learns of the two rejections that change how it reads on
   // through these entries. insert() keeps an entry the element already had.
   if (verdict == EStartVerdict::kFormatRejected)
@@ -208,11 +208,6 @@ bool TCIMXMLParser::ReadsAttributeLists() const {
 }
 
 TXmlParser::EStartVerdict TCIMXMLParser::StartElementList(const char *name,
-                                                          const TXmlAttributeList &attributes) {
-  return StartElementCore(name, attributes);
-}
-
-TXmlParser::EStartVerdict TCIMXMLParser::StartElementCore(const char *name,
                                                           const TXmlAttributeList &attributes) {
   poppedStates.clear();
   const std::string &folded = FoldStartName(name);

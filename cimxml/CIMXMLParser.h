@@ -158,7 +158,8 @@ protected:
   /// True for this class itself. A subclass may override GetAttributeNValue
   /// or StartElement, so its start tags take the map path.
   bool ReadsAttributeLists() const override;
-  /// What StartElement does, on the tokenizer's list.
+  /// Folds the name and hands the start tag to the top state; StartElement
+  /// comes here with its map's entries as a list.
   EStartVerdict StartElementList(const char *name, const TXmlAttributeList &attributes) override;
 
 public:
@@ -300,8 +301,6 @@ private:
   std::vector<std::string> decodedValues;
   /// A map's entries as a list, for the map path.
   std::vector<TXmlAttribute> mapAttributes;
-  /// Folds the name and hands the start tag to the top state.
-  EStartVerdict StartElementCore(const char *name, const TXmlAttributeList &attributes);
   /// Appends text, dropping (and logging) what XML 1.0 does not allow.
   void AppendXmlText(std::string &to, const char *data, std::size_t length);
 
